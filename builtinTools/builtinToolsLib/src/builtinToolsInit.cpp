@@ -1,0 +1,1 @@
+// Root package of the tool library.

@@ -1,0 +1,23 @@
+# qv_module(<target> DIR <dir> [DEPS <targets>...] [TEST_DEPS <targets>...])
+# One shared library from <dir>/src and, when <dir>/test holds sources, one
+# GoogleTest executable <target>Test registered with CTest.
+function(qv_module target)
+  cmake_parse_arguments(M "" "DIR" "DEPS;TEST_DEPS" ${ARGN})
+  file(GLOB _src CONFIGURE_DEPENDS ${M_DIR}/src/*.cpp)
+  add_library(${target} SHARED ${_src})
+  target_include_directories(${target} PUBLIC ${M_DIR}/src)
+  target_link_libraries(${target} PUBLIC ${M_DEPS})
+  qv_module_tests(${target} ${M_DIR} ${M_TEST_DEPS})
+endfunction()
+
+function(qv_module_tests target dir)
+  file(GLOB _tests CONFIGURE_DEPENDS ${dir}/test/*.cpp)
+  if(_tests)
+    add_executable(${target}Test ${_tests})
+    target_include_directories(${target}Test PRIVATE ${dir}/test)
+    target_link_libraries(${target}Test PRIVATE ${target} ${ARGN} GTest::gtest GTest::gmock)
+    target_compile_definitions(${target}Test PRIVATE QV_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+    gtest_discover_tests(${target}Test DISCOVERY_MODE PRE_TEST
+                         PROPERTIES ENVIRONMENT "QV_RESOURCES=${CMAKE_SOURCE_DIR}/resources")
+  endif()
+endfunction()

@@ -1,0 +1,1 @@
+// Host package of the message and resource services.
