@@ -7,14 +7,15 @@ function(qv_module target)
   add_library(${target} SHARED ${_src})
   target_include_directories(${target} PUBLIC ${M_DIR}/src)
   target_link_libraries(${target} PUBLIC ${M_DEPS})
-  qv_module_tests(${target} ${M_DIR} ${M_TEST_DEPS})
+  qv_module_tests(${target} "${M_DIR}/test" ${M_TEST_DEPS})
 endfunction()
 
-function(qv_module_tests target dir)
-  file(GLOB _tests CONFIGURE_DEPENDS ${dir}/test/*.cpp)
+# qv_module_tests(<target> <test dir glob> [deps...]): the test executable of a
+# library from every *.cpp in the matching test folders.
+function(qv_module_tests target dirs)
+  file(GLOB _tests CONFIGURE_DEPENDS ${dirs}/*.cpp)
   if(_tests)
     add_executable(${target}Test ${_tests})
-    target_include_directories(${target}Test PRIVATE ${dir}/test)
     target_link_libraries(${target}Test PRIVATE ${target} ${ARGN} GTest::gtest GTest::gmock)
     target_compile_definitions(${target}Test PRIVATE QV_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
     gtest_discover_tests(${target}Test DISCOVERY_MODE PRE_TEST

@@ -1,7 +1,9 @@
 #include "assertions.h"
 
 #include <mutex>
-#include <spdlog/spdlog.h>
+#include "lgLog.h"
+
+#include <fmt/format.h>
 
 namespace Qv::Assertions {
 
@@ -28,7 +30,7 @@ void reportAssertionFailed(char const* file, int line, char const* expression) {
         handler(file, line, expression);
         return;
     }
-    spdlog::error("Assertion failed: {} ({}:{})", expression, file, line);
+    LgLog::outputEntry(LgLog::ERROR, fmt::format("Assertion failed: {} ({}:{})", expression, file, line));
 }
 
 ReportHandler setReportHandler(ReportHandler handler) {

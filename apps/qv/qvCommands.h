@@ -1,0 +1,15 @@
+#pragma once
+// The subcommands of qv. Each adds itself to the application and returns the
+// action to run once the tool library is loaded and initialised.
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <ostream>
+
+namespace Qv {
+
+using QvAction = std::function<int(std::ostream& out)>;
+
+void addVersionCommand(CLI::App& app, QvAction& action);
+void addPackagesCommand(CLI::App& app, QvAction& action);
+
+} // namespace Qv

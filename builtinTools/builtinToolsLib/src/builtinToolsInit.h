@@ -1,0 +1,6 @@
+#pragma once
+// The package "builtinTools".
+
+namespace QvInit {
+class builtinTools {};
+} // namespace QvInit

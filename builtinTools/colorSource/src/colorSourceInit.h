@@ -1,0 +1,6 @@
+#pragma once
+// The package "colorSource".
+
+namespace QvInit {
+class colorSource {};
+} // namespace QvInit

@@ -1,0 +1,34 @@
+// Package "expression": declares its dependencies at load; its initialise step
+// registers the package's tools with the host.
+#include "expressionInit.h"
+
+#include "inInit.h"
+#include "inPlatformPackages.h"
+#include "msgFileGuard.h"
+
+namespace Qv {
+
+template <>
+InInit<QvInit::expression>::InInit() : InPackageInit("expression") {
+    registerPackage();
+    addDependency(InInit<QvInit::datamgt>::getType());
+    addDependency(InInit<QvInit::pluginAPI>::getType());
+    addDependency(InInit<QvInit::internalAPI>::getType());
+    addDependency(InInit<QvInit::resmgt>::getType());
+    addDependency(InInit<QvInit::base>::getType());
+}
+
+template <>
+void InInit<QvInit::expression>::initialize() {
+    MsgFileGuard catalogue("expressions.msg");
+}
+
+template <>
+void InInit<QvInit::expression>::finalize() {
+}
+
+namespace {
+InInit<QvInit::expression> gPackage;
+}
+
+} // namespace Qv

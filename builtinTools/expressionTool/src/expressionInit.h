@@ -1,0 +1,6 @@
+#pragma once
+// The package "expression".
+
+namespace QvInit {
+class expression {};
+} // namespace QvInit

@@ -1,0 +1,6 @@
+#pragma once
+// The package "linkNodeCtrl".
+
+namespace QvInit {
+class linkNodeCtrl {};
+} // namespace QvInit

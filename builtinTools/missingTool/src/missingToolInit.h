@@ -1,0 +1,6 @@
+#pragma once
+// The package "missingTool".
+
+namespace QvInit {
+class missingTool {};
+} // namespace QvInit

@@ -1,0 +1,34 @@
+// Package "motio": declares its dependencies at load; its initialise step
+// registers the package's tools with the host.
+#include "motioInit.h"
+
+#include "inInit.h"
+#include "inPlatformPackages.h"
+
+namespace Qv {
+
+template <>
+InInit<QvInit::motio>::InInit() : InPackageInit("motio") {
+    registerPackage();
+    addDependency(InInit<QvInit::datamgt>::getType());
+    addDependency(InInit<QvInit::storage>::getType());
+    addDependency(InInit<QvInit::internalAPI>::getType());
+    addDependency(InInit<QvInit::primitives>::getType());
+    addDependency(InInit<QvInit::resmgt>::getType());
+    addDependency(InInit<QvInit::pluginAPI>::getType());
+    addDependency(InInit<QvInit::base>::getType());
+}
+
+template <>
+void InInit<QvInit::motio>::initialize() {
+}
+
+template <>
+void InInit<QvInit::motio>::finalize() {
+}
+
+namespace {
+InInit<QvInit::motio> gPackage;
+}
+
+} // namespace Qv

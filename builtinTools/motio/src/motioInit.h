@@ -1,0 +1,6 @@
+#pragma once
+// The package "motio".
+
+namespace QvInit {
+class motio {};
+} // namespace QvInit
