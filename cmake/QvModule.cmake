@@ -17,6 +17,8 @@ function(qv_module_tests target dirs)
   if(_tests)
     add_executable(${target}Test ${_tests})
     target_link_libraries(${target}Test PRIVATE ${target} ${ARGN} GTest::gtest GTest::gmock)
+    # Libraries announce their packages when loaded, even with no symbol called.
+    target_link_options(${target}Test PRIVATE "LINKER:--no-as-needed")
     target_compile_definitions(${target}Test PRIVATE QV_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
     gtest_discover_tests(${target}Test DISCOVERY_MODE PRE_TEST
                          PROPERTIES ENVIRONMENT "QV_RESOURCES=${CMAKE_SOURCE_DIR}/resources")

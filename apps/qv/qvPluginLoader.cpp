@@ -29,7 +29,7 @@ std::string QvPluginLoader::load() {
     for (std::string const& folder : folders) {
         std::filesystem::path candidate = std::filesystem::path(folder) / LIBRARY_FILE;
         if (!std::filesystem::exists(candidate)) {
-            reasons += "\n  " + candidate.string() + ": no such file";
+            reasons += (reasons.empty() ? " " : "; ") + candidate.string() + ": no such file";
             continue;
         }
         // The library stays loaded for the life of the process: the records and
@@ -37,7 +37,7 @@ std::string QvPluginLoader::load() {
         if (dlopen(candidate.c_str(), RTLD_NOW | RTLD_GLOBAL))
             return candidate.string();
         char const* reason = dlerror();
-        reasons += "\n  " + candidate.string() + ": " + (reason ? reason : "unknown error");
+        reasons += (reasons.empty() ? " " : "; ") + candidate.string() + ": " + (reason ? reason : "unknown error");
     }
     throw QvPluginLoaderEx::ExCannotLoad(__FILE__, __LINE__,
                                          std::string("cannot load ") + LIBRARY_FILE + ":" + reasons);

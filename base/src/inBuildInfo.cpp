@@ -1,5 +1,7 @@
 #include "inBuildInfo.h"
 
+#include "assertions.h"
+
 #include <mutex>
 
 namespace Qv {
@@ -36,6 +38,7 @@ Registry& registry() {
 } // namespace
 
 InBuildInfo& registerInfo(OPtr<InBuildInfo> info) {
+    QV_ASSERT(info != nullptr);
     Registry& reg = registry();
     std::lock_guard<std::mutex> lock(reg.mutex);
     reg.infos.push_back(std::move(info));

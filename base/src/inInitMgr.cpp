@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cxxabi.h>
 #include <cstdlib>
+#include <exception>
 #include <map>
 #include <memory>
 
@@ -132,12 +133,22 @@ void InInitMgr::initializeAll() {
 void InInitMgr::finalizeAll() {
     std::lock_guard<std::recursive_mutex> lock(_mutex);
     SweepFlag flag(_finalizing);
+    // Every package gets its finalise step even when one before it fails;
+    // the first failure is passed on afterwards.
+    std::exception_ptr firstFailure;
     while (!_initialized.empty()) {
         InPackageInit* package = _initialized.back();
         _initialized.pop_back();
-        package->finalize();
         package->setInitialized(false);
+        try {
+            package->finalize();
+        } catch (...) {
+            if (!firstFailure)
+                firstFailure = std::current_exception();
+        }
     }
+    if (firstFailure)
+        std::rethrow_exception(firstFailure);
 }
 
 } // namespace Qv
