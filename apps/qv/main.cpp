@@ -2,6 +2,7 @@
 // finalises. Any failure is one line on standard error and a non-zero status.
 #include "assertions.h"
 #include "inInitMgr.h"
+#include "msgServer.h"
 #include "qvCommands.h"
 #include "qvPluginLoader.h"
 
@@ -30,6 +31,10 @@ int main(int argc, char** argv) {
         return app.exit(error);
     }
 
+    // Messages of the tools reach the user on standard error, beside qv's own.
+    MsgServer::getInstance().setSink([](MsgSeverity severity, std::string const& text) {
+        std::cerr << "qv: " << toString(severity) << ": " << text << std::endl;
+    });
     try {
         QvPluginLoader::load();
         InInitMgr& manager = InInitMgr::getInstance();

@@ -5,7 +5,8 @@ namespace Qv {
 
 void addPackagesCommand(CLI::App& app, QvAction& action) {
     CLI::App* command = app.add_subcommand(
-        "packages", "Print the packages in initialise order, each with its dependencies in declaration order");
+        "packages",
+        "Print the packages in initialise order, each with its dependencies in declaration order");
     command->callback([&action] {
         action = [](std::ostream& out) {
             InInitMgr& manager = InInitMgr::getInstance();

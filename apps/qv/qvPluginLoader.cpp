@@ -37,7 +37,8 @@ std::string QvPluginLoader::load() {
         if (dlopen(candidate.c_str(), RTLD_NOW | RTLD_GLOBAL))
             return candidate.string();
         char const* reason = dlerror();
-        reasons += (reasons.empty() ? " " : "; ") + candidate.string() + ": " + (reason ? reason : "unknown error");
+        reasons +=
+            (reasons.empty() ? " " : "; ") + candidate.string() + ": " + (reason ? reason : "unknown error");
     }
     throw QvPluginLoaderEx::ExCannotLoad(__FILE__, __LINE__,
                                          std::string("cannot load ") + LIBRARY_FILE + ":" + reasons);

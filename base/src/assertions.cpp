@@ -1,9 +1,9 @@
 #include "assertions.h"
 
-#include <mutex>
 #include "lgLog.h"
 
 #include <fmt/format.h>
+#include <mutex>
 
 namespace Qv::Assertions {
 

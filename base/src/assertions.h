@@ -29,14 +29,14 @@ ReportHandler setReportHandler(ReportHandler handler);
 
 } // namespace Qv
 
-#define QV_ASSERT(expr)                                                                                  \
-    do {                                                                                                 \
-        if (!(expr))                                                                                     \
-            ::Qv::Assertions::throwAssertionFailed(__FILE__, __LINE__, #expr);                           \
+#define QV_ASSERT(expr)                                                                                      \
+    do {                                                                                                     \
+        if (!(expr))                                                                                         \
+            ::Qv::Assertions::throwAssertionFailed(__FILE__, __LINE__, #expr);                               \
     } while (false)
 
-#define QV_ASSERT_REPORT(expr)                                                                           \
-    do {                                                                                                 \
-        if (!(expr))                                                                                     \
-            ::Qv::Assertions::reportAssertionFailed(__FILE__, __LINE__, #expr);                          \
+#define QV_ASSERT_REPORT(expr)                                                                               \
+    do {                                                                                                     \
+        if (!(expr))                                                                                         \
+            ::Qv::Assertions::reportAssertionFailed(__FILE__, __LINE__, #expr);                              \
     } while (false)

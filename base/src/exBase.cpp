@@ -7,8 +7,12 @@ ExBase::ExBase(char const* file, int line, std::string reason)
 
 ExBase::~ExBase() = default;
 
-OPtrRet<ExBase> ExBase::clone() const { return std::make_unique<ExBase>(*this); }
+OPtrRet<ExBase> ExBase::clone() const {
+    return std::make_unique<ExBase>(*this);
+}
 
-void ExBase::raise() const { throw *this; }
+void ExBase::raise() const {
+    throw *this;
+}
 
 } // namespace Qv

@@ -42,14 +42,18 @@ private:
 } // namespace Qv
 
 // Gives a class derived from ExBase the clone and raise of its own dynamic type.
-#define QV_EX_CLONE_RAISE(Class)                                                                         \
-    ::Qv::OPtrRet<::Qv::ExBase> clone() const override { return std::make_unique<Class>(*this); }         \
-    [[noreturn]] void raise() const override { throw *this; }
+#define QV_EX_CLONE_RAISE(Class)                                                                             \
+    ::Qv::OPtrRet<::Qv::ExBase> clone() const override {                                                     \
+        return std::make_unique<Class>(*this);                                                               \
+    }                                                                                                        \
+    [[noreturn]] void raise() const override {                                                               \
+        throw *this;                                                                                         \
+    }
 
 // Declares `Name` derived from `Base` with ExBase's constructor.
-#define QV_DECLARE_EX(Name, Base)                                                                        \
-    class Name : public Base {                                                                           \
-    public:                                                                                              \
-        using Base::Base;                                                                                \
-        QV_EX_CLONE_RAISE(Name)                                                                          \
+#define QV_DECLARE_EX(Name, Base)                                                                            \
+    class Name : public Base {                                                                               \
+    public:                                                                                                  \
+        using Base::Base;                                                                                    \
+        QV_EX_CLONE_RAISE(Name)                                                                              \
     }

@@ -1,8 +1,8 @@
 #include "inInitMgr.h"
 
 #include <algorithm>
-#include <cxxabi.h>
 #include <cstdlib>
+#include <cxxabi.h>
 #include <exception>
 #include <map>
 #include <memory>
@@ -13,7 +13,8 @@ namespace {
 
 std::string demangle(char const* name) {
     int status = 0;
-    std::unique_ptr<char, void (*)(void*)> text(abi::__cxa_demangle(name, nullptr, nullptr, &status), std::free);
+    std::unique_ptr<char, void (*)(void*)> text(abi::__cxa_demangle(name, nullptr, nullptr, &status),
+                                                std::free);
     std::string result = status == 0 && text ? text.get() : name;
     std::string const prefix = "QvInit::";
     if (result.rfind(prefix, 0) == 0)

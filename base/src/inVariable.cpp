@@ -1,11 +1,11 @@
 #include "inVariable.h"
 
-#include <cstdlib>
-#include <mutex>
-#include <set>
 #include "lgLog.h"
 
+#include <cstdlib>
 #include <fmt/format.h>
+#include <mutex>
+#include <set>
 
 namespace Qv {
 
@@ -29,7 +29,9 @@ bool InVariableBase::isValid() const {
     static std::set<std::string> reported;
     std::lock_guard<std::mutex> lock(reportedMutex);
     if (reported.insert(_key + '=' + *text).second)
-        LgLog::outputEntry(LgLog::WARNING, fmt::format("{}: the value '{}' of {} is not valid; the default is kept", _key, *text, getAliasName()));
+        LgLog::outputEntry(LgLog::WARNING,
+                           fmt::format("{}: the value '{}' of {} is not valid; the default is kept", _key,
+                                       *text, getAliasName()));
     return false;
 }
 

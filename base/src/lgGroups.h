@@ -6,21 +6,21 @@
 #include "assertions.h"
 #include "lgLog.h"
 
-#define QV_CREATE_MINOR_GROUP(Major, Group)                                                              \
-    do {                                                                                                 \
-        if (!(LgGroups::QV_XGLUE(MinorLevel, Group) == 0))                                               \
-            ::Qv::Assertions::reportAssertionFailed(__FILE__, __LINE__,                                  \
-                                                    "LgGroups::QV_XGLUE( MinorLevel, " #Group " ) == 0"); \
-        delete LgGroups::QV_XGLUE(MinorLevel, Group);                                                    \
-        LgGroups::QV_XGLUE(MinorLevel, Group) =                                                          \
-            new ::Qv::LgMinorGroup(::Qv::LgMajorGroup::getInstanceForName(Major), #Group);               \
+#define QV_CREATE_MINOR_GROUP(Major, Group)                                                                  \
+    do {                                                                                                     \
+        if (!(LgGroups::QV_XGLUE(MinorLevel, Group) == 0))                                                   \
+            ::Qv::Assertions::reportAssertionFailed(__FILE__, __LINE__,                                      \
+                                                    "LgGroups::QV_XGLUE( MinorLevel, " #Group " ) == 0");    \
+        delete LgGroups::QV_XGLUE(MinorLevel, Group);                                                        \
+        LgGroups::QV_XGLUE(MinorLevel, Group) =                                                              \
+            new ::Qv::LgMinorGroup(::Qv::LgMajorGroup::getInstanceForName(Major), #Group);                   \
     } while (false)
 
-#define QV_DELETE_MINOR_GROUP(Group)                                                                     \
-    do {                                                                                                 \
-        if (!(LgGroups::QV_XGLUE(MinorLevel, Group) != 0))                                               \
-            ::Qv::Assertions::reportAssertionFailed(__FILE__, __LINE__,                                  \
-                                                    "LgGroups::QV_XGLUE( MinorLevel, " #Group " ) != 0"); \
-        delete LgGroups::QV_XGLUE(MinorLevel, Group);                                                    \
-        LgGroups::QV_XGLUE(MinorLevel, Group) = nullptr;                                                 \
+#define QV_DELETE_MINOR_GROUP(Group)                                                                         \
+    do {                                                                                                     \
+        if (!(LgGroups::QV_XGLUE(MinorLevel, Group) != 0))                                                   \
+            ::Qv::Assertions::reportAssertionFailed(__FILE__, __LINE__,                                      \
+                                                    "LgGroups::QV_XGLUE( MinorLevel, " #Group " ) != 0");    \
+        delete LgGroups::QV_XGLUE(MinorLevel, Group);                                                        \
+        LgGroups::QV_XGLUE(MinorLevel, Group) = nullptr;                                                     \
     } while (false)

@@ -1,7 +1,7 @@
 #include "lgLog.h"
 
-#include <map>
 #include <cstdlib>
+#include <map>
 #include <spdlog/cfg/helpers.h>
 #include <spdlog/sinks/stdout_color_sinks.h>
 #include <spdlog/spdlog.h>

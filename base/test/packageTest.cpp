@@ -24,12 +24,14 @@ public:
             addDependency(*dependency);
     }
     void initialize() override {
-        _journal.push_back("init " + getName() + (InInitMgr::getInstance().isInitializing() ? "" : " (outside)"));
+        _journal.push_back("init " + getName() +
+                           (InInitMgr::getInstance().isInitializing() ? "" : " (outside)"));
         if (_failOnInitialize)
             throw ExBase(__FILE__, __LINE__, getName() + " cannot start");
     }
     void finalize() override {
-        _journal.push_back("fini " + getName() + (InInitMgr::getInstance().isFinalizing() ? "" : " (outside)"));
+        _journal.push_back("fini " + getName() +
+                           (InInitMgr::getInstance().isFinalizing() ? "" : " (outside)"));
     }
     void setInitialized(bool initialized) override { _initialized = initialized; }
     bool isInitialized() const override { return _initialized; }
@@ -69,8 +71,8 @@ TEST_F(PackageOrder, EveryPackageFollowsItsDependenciesAndFinalisesInReverse) {
     InInitMgr::getInstance().initializeAll();
     InInitMgr::getInstance().finalizeAll();
 
-    std::vector<std::string> expected = {"init core", "init tools", "init render", "init root",
-                                         "fini root", "fini render", "fini tools", "fini core"};
+    std::vector<std::string> expected = {"init core", "init tools",  "init render", "init root",
+                                         "fini root", "fini render", "fini tools",  "fini core"};
     auto ours = journal;
     EXPECT_EQ(ours, expected);
 }
@@ -95,8 +97,8 @@ TEST_F(PackageOrder, InconsistentDeclarationsAreRefusedBeforeAnythingStarts) {
         {"cycle through three", {{24, {25}}, {25, {26}}, {26, {25}}}, "cycle: p25 -> p26 -> p25"},
     };
     std::map<int, std::type_info const*> types = {
-        {20, &typeid(Tag<20>)}, {21, &typeid(Tag<21>)}, {22, &typeid(Tag<22>)},
-        {23, &typeid(Tag<23>)}, {24, &typeid(Tag<24>)}, {25, &typeid(Tag<25>)}, {26, &typeid(Tag<26>)},
+        {20, &typeid(Tag<20>)}, {21, &typeid(Tag<21>)}, {22, &typeid(Tag<22>)}, {23, &typeid(Tag<23>)},
+        {24, &typeid(Tag<24>)}, {25, &typeid(Tag<25>)}, {26, &typeid(Tag<26>)},
     };
     for (auto const& c : cases) {
         SCOPED_TRACE(c.what);

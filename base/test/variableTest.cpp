@@ -28,10 +28,11 @@ TEST(InVariable, EnvironmentAliasGivesTheValueOnlyWhenItParses) {
         unsigned short value;
     };
     Case const cases[] = {
-        {nullptr, false, 0}, {"7", true, 7},   {"65535", true, 65535}, {"65536", false, 0},
-        {"-1", false, 0},    {"", false, 0},   {"4x", false, 0},       {" 4", false, 0},
+        {nullptr, false, 0}, {"7", true, 7}, {"65535", true, 65535}, {"65536", false, 0},
+        {"-1", false, 0},    {"", false, 0}, {"4x", false, 0},       {" 4", false, 0},
     };
-    InVariable<unsigned short> digits("test::digits", "Digits of a test.", InContextAlias<InInitEnv, 0>(kAlias));
+    InVariable<unsigned short> digits("test::digits", "Digits of a test.",
+                                      InContextAlias<InInitEnv, 0>(kAlias));
     for (Case const& c : cases) {
         SCOPED_TRACE(c.text ? c.text : "(unset)");
         ScopedEnv env(c.text);

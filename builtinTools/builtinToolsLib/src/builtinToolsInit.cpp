@@ -1,20 +1,20 @@
 // Package "builtinTools": declares its dependencies at load; its initialise step
 // registers the package's tools with the host.
 #include "builtinToolsInit.h"
+
+#include "btBuildConstants.h"
 #include "colorSourceInit.h"
 #include "expressionInit.h"
 #include "imageImportToolInit.h"
+#include "inBuildInfo.h"
+#include "inInit.h"
+#include "inPlatformPackages.h"
 #include "linkNodeCtrlInit.h"
 #include "missingToolInit.h"
 #include "motioInit.h"
 #include "outputToolInit.h"
 #include "renderedResultToolInit.h"
 #include "valueSourceToolInit.h"
-
-#include "btBuildConstants.h"
-#include "inBuildInfo.h"
-#include "inInit.h"
-#include "inPlatformPackages.h"
 
 namespace Qv {
 
@@ -71,8 +71,7 @@ void InInit<QvInit::builtinTools>::initialize() {
 }
 
 template <>
-void InInit<QvInit::builtinTools>::finalize() {
-}
+void InInit<QvInit::builtinTools>::finalize() {}
 
 namespace {
 InInit<QvInit::builtinTools> gPackage;

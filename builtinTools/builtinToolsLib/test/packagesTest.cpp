@@ -1,9 +1,9 @@
 // The library's packages as the host sees them once the library is loaded.
 #include "assertions.h"
 #include "inBuildInfo.h"
+#include "inInit.h"
 #include "inInitMgr.h"
 #include "valueSourceToolInit.h"
-#include "inInit.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -31,17 +31,20 @@ std::vector<std::string> names(std::vector<InPackageInit*> const& packages) {
 
 TEST_F(LibraryPackages, DeclaredDependenciesMatchTheLibraryTable) {
     std::map<std::string, std::string> const expected = {
-        {"builtinTools", "datamgt render media framework storage internalAPI primitives resmgt pluginAPI base motio "
-                         "missingTool linkNodeCtrl renderedResultTool imageImportTool expression valueSourceTool "
-                         "outputTool colorSource"},
+        {"builtinTools",
+         "datamgt render media framework storage internalAPI primitives resmgt pluginAPI base motio "
+         "missingTool linkNodeCtrl renderedResultTool imageImportTool expression valueSourceTool "
+         "outputTool colorSource"},
         {"motio", "datamgt storage internalAPI primitives resmgt pluginAPI base"},
         {"missingTool", "datamgt media framework storage internalAPI resmgt pluginAPI base"},
         {"linkNodeCtrl", "datamgt internalAPI pluginAPI resmgt base"},
         {"renderedResultTool", "imageImportTool datamgt pluginAPI internalAPI media resmgt base"},
-        {"imageImportTool", "datamgt framework storage render media pluginAPI internalAPI primitives resmgt base"},
+        {"imageImportTool",
+         "datamgt framework storage render media pluginAPI internalAPI primitives resmgt base"},
         {"expression", "datamgt pluginAPI internalAPI resmgt base"},
         {"valueSourceTool", "datamgt primitives internalAPI pluginAPI resmgt base"},
-        {"outputTool", "renderedResultTool imageImportTool media datamgt primitives internalAPI pluginAPI resmgt base"},
+        {"outputTool",
+         "renderedResultTool imageImportTool media datamgt primitives internalAPI pluginAPI resmgt base"},
         {"colorSource", "datamgt internalAPI primitives resmgt pluginAPI base"},
     };
     InInitMgr& manager = InInitMgr::getInstance();
@@ -80,8 +83,9 @@ TEST_F(LibraryPackages, EveryPackageInitialisesAfterItsDependenciesAndTheRootLas
 
 TEST_F(LibraryPackages, BuildRecordIsPublishedOnce) {
     auto infos = InBuildInfoUtil::getRegisteredInfos();
-    auto ours = std::count_if(infos.begin(), infos.end(),
-                              [](InBuildInfo const* info) { return info->getLibraryName() == "libQvbuiltinTools"; });
+    auto ours = std::count_if(infos.begin(), infos.end(), [](InBuildInfo const* info) {
+        return info->getLibraryName() == "libQvbuiltinTools";
+    });
     ASSERT_EQ(ours, 1);
     InBuildInfo const& info = **std::find_if(infos.begin(), infos.end(), [](InBuildInfo const* i) {
         return i->getLibraryName() == "libQvbuiltinTools";
@@ -101,7 +105,7 @@ TEST_F(LibraryPackages, SecondInitialiseOfAPackageReportsItsGroupAssertion) {
     ASSERT_NE(package, nullptr);
     package->initialize(); // a host error: the group already exists
     package->finalize();
-    package->finalize(); // and now it is already gone
+    package->finalize();   // and now it is already gone
     package->initialize(); // leave it live for the suite's own finalise
     Assertions::setReportHandler(previous);
     EXPECT_EQ(reported, (std::vector<std::string>{"LgGroups::QV_XGLUE( MinorLevel, ValueSourceTool ) == 0",

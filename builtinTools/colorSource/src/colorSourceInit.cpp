@@ -19,12 +19,10 @@ InInit<QvInit::colorSource>::InInit() : InPackageInit("colorSource") {
 }
 
 template <>
-void InInit<QvInit::colorSource>::initialize() {
-}
+void InInit<QvInit::colorSource>::initialize() {}
 
 template <>
-void InInit<QvInit::colorSource>::finalize() {
-}
+void InInit<QvInit::colorSource>::finalize() {}
 
 namespace {
 InInit<QvInit::colorSource> gPackage;

@@ -24,8 +24,7 @@ void InInit<QvInit::expression>::initialize() {
 }
 
 template <>
-void InInit<QvInit::expression>::finalize() {
-}
+void InInit<QvInit::expression>::finalize() {}
 
 namespace {
 InInit<QvInit::expression> gPackage;

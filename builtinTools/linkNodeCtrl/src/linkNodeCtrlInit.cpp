@@ -18,12 +18,10 @@ InInit<QvInit::linkNodeCtrl>::InInit() : InPackageInit("linkNodeCtrl") {
 }
 
 template <>
-void InInit<QvInit::linkNodeCtrl>::initialize() {
-}
+void InInit<QvInit::linkNodeCtrl>::initialize() {}
 
 template <>
-void InInit<QvInit::linkNodeCtrl>::finalize() {
-}
+void InInit<QvInit::linkNodeCtrl>::finalize() {}
 
 namespace {
 InInit<QvInit::linkNodeCtrl> gPackage;

@@ -27,8 +27,7 @@ void InInit<QvInit::missingTool>::initialize() {
 }
 
 template <>
-void InInit<QvInit::missingTool>::finalize() {
-}
+void InInit<QvInit::missingTool>::finalize() {}
 
 namespace {
 InInit<QvInit::missingTool> gPackage;

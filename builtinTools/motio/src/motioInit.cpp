@@ -20,12 +20,10 @@ InInit<QvInit::motio>::InInit() : InPackageInit("motio") {
 }
 
 template <>
-void InInit<QvInit::motio>::initialize() {
-}
+void InInit<QvInit::motio>::initialize() {}
 
 template <>
-void InInit<QvInit::motio>::finalize() {
-}
+void InInit<QvInit::motio>::finalize() {}
 
 namespace {
 InInit<QvInit::motio> gPackage;

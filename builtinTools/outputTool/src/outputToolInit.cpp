@@ -1,13 +1,13 @@
 // Package "outputTool": declares its dependencies at load; its initialise step
 // registers the package's tools with the host.
 #include "outputToolInit.h"
-#include "imageImportToolInit.h"
-#include "renderedResultToolInit.h"
 
+#include "imageImportToolInit.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
 #include "lgGroups.h"
 #include "msgFileGuard.h"
+#include "renderedResultToolInit.h"
 
 namespace Qv {
 

@@ -1,8 +1,8 @@
 // Package "renderedResultTool": declares its dependencies at load; its initialise step
 // registers the package's tools with the host.
 #include "renderedResultToolInit.h"
-#include "imageImportToolInit.h"
 
+#include "imageImportToolInit.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
 #include "lgGroups.h"

@@ -1,0 +1,106 @@
+#include "osDirectory.h"
+
+#include "osFileEx.h"
+#include "osWildcardFilter.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace Qv {
+
+namespace {
+
+// The directory part of a bare file name is "", which is the current directory.
+fs::path toDirectoryPath(OsFilePath const& path) {
+    return path.isEmpty() ? fs::path(".") : path.toStdPath();
+}
+
+OsDirectory::PathType typeOf(fs::file_status status) {
+    if (fs::is_directory(status))
+        return OsDirectory::DIRECTORY;
+    if (fs::is_regular_file(status))
+        return OsDirectory::REGULAR_FILE;
+    return fs::exists(status) ? OsDirectory::OTHER_ENTRY : OsDirectory::NOT_FOUND;
+}
+
+bool isWanted(OsDirectory::PathType type, OsDirectory::PathTypes types) {
+    switch (types) {
+    case OsDirectory::FILES:
+        return type == OsDirectory::REGULAR_FILE;
+    case OsDirectory::DIRECTORIES:
+        return type == OsDirectory::DIRECTORY;
+    case OsDirectory::FILES_AND_DIRECTORIES:
+        return type == OsDirectory::REGULAR_FILE || type == OsDirectory::DIRECTORY;
+    }
+    return false;
+}
+
+} // namespace
+
+OsDirectory::PathType OsDirectory::getType() const {
+    std::error_code error;
+    return typeOf(fs::status(toDirectoryPath(_path), error));
+}
+
+bool OsDirectory::create() const {
+    PathType type = getType();
+    if (type == DIRECTORY)
+        return false;
+    if (type != NOT_FOUND)
+        throw OsFileEx::ExInvalidPath(
+            __FILE__, __LINE__,
+            fmt::format("cannot create the directory '{}': another entry has its name", _path.toString()));
+    std::error_code error;
+    fs::create_directories(_path.toStdPath(), error);
+    if (error) {
+        // create_directories reports a file that stands in place of a parent
+        // as a plain failure; name it for what it is.
+        if (error == std::errc::not_a_directory || error == std::errc::file_exists)
+            throw OsFileEx::ExInvalidPath(
+                __FILE__, __LINE__,
+                fmt::format("cannot create the directory '{}': {}", _path.toString(), error.message()));
+        throw OsFileEx::ExIOError(
+            __FILE__, __LINE__,
+            fmt::format("cannot create the directory '{}': {}", _path.toString(), error.message()));
+    }
+    return true;
+}
+
+std::vector<OsFilePath> OsDirectory::getChildrenPath(PathTypes types) const {
+    return listChildren(types, nullptr);
+}
+
+std::vector<OsFilePath> OsDirectory::getChildrenPath(PathTypes types, OsWildcardFilter const& filter) const {
+    return listChildren(types, &filter);
+}
+
+std::vector<OsFilePath> OsDirectory::listChildren(PathTypes types, OsWildcardFilter const* filter) const {
+    if (getType() != DIRECTORY)
+        throw OsFileEx::ExInvalidPath(
+            __FILE__, __LINE__, fmt::format("cannot list '{}': it is not a directory", _path.toString()));
+    std::vector<std::string> names;
+    std::error_code error;
+    fs::directory_iterator it(toDirectoryPath(_path), error);
+    for (; !error && it != fs::directory_iterator(); it.increment(error)) {
+        std::string name = it->path().filename().string();
+        if (filter && !filter->matches(name))
+            continue;
+        std::error_code statusError;
+        if (isWanted(typeOf(it->status(statusError)), types))
+            names.push_back(std::move(name));
+    }
+    if (error)
+        throw OsFileEx::ExIOError(__FILE__, __LINE__,
+                                  fmt::format("cannot list '{}': {}", _path.toString(), error.message()));
+    std::sort(names.begin(), names.end());
+    std::vector<OsFilePath> paths;
+    paths.reserve(names.size());
+    for (std::string const& name : names)
+        paths.push_back(_path + OsFilePath(name));
+    return paths;
+}
+
+} // namespace Qv
