@@ -119,6 +119,7 @@ std::vector<InPackageInit*> InInitMgr::getInitializationOrder() const {
 void InInitMgr::initializeAll() {
     std::lock_guard<std::recursive_mutex> lock(_mutex);
     std::vector<InPackageInit*> order = getInitializationOrder();
+    _initializingThread.store(std::this_thread::get_id());
     SweepFlag flag(_initializing);
     for (InPackageInit* package : order) {
         if (package->isInitialized())

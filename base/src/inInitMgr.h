@@ -4,7 +4,9 @@
 #include "exBase.h"
 #include "inPackageInit.h"
 
+#include <atomic>
 #include <mutex>
+#include <thread>
 #include <vector>
 
 namespace Qv {
@@ -32,6 +34,8 @@ public:
     void finalizeAll();
 
     bool isInitializing() const { return _initializing; }
+    // The thread that ran the last initialise sweep: the application thread.
+    std::thread::id getInitializingThread() const { return _initializingThread.load(); }
     bool isFinalizing() const { return _finalizing; }
 
     // The order initializeAll uses: registration order, each package preceded
@@ -50,6 +54,7 @@ private:
     std::vector<InPackageInit*> _initialized; // in initialise order
     bool _initializing = false;
     bool _finalizing = false;
+    std::atomic<std::thread::id> _initializingThread{};
 };
 
 } // namespace Qv

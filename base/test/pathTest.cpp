@@ -1,3 +1,4 @@
+#include "baseTestHelpers.h"
 #include "osFileEx.h"
 #include "osFilePath.h"
 #include "osWildcardFilter.h"
@@ -5,28 +6,20 @@
 #include <gtest/gtest.h>
 
 using namespace Qv;
+using namespace Qv::TestHelpers;
 
 namespace {
 
-struct Decomposition {
-    char const* text;
-    char const* normalised;
-    char const* directory;
-    char const* baseName;
-    char const* baseNameWithExtension;
-    char const* extension;
-    bool absolute;
-};
-
 TEST(OsFilePathTest, DecomposesPathsIntoDirectoryBaseNameAndExtension) {
-    Decomposition const cases[] = {
+    struct Case {
+        char const *text, *normalised, *directory, *baseName, *baseNameWithExtension, *extension;
+        bool absolute;
+    } const cases[] = {
         {"/shots/plate.0001.dpx", "/shots/plate.0001.dpx", "/shots", "plate.0001", "plate.0001.dpx", "dpx",
          true},
         {"shots/plate.[#].dpx", "shots/plate.[#].dpx", "shots", "plate.[#]", "plate.[#].dpx", "dpx", false},
-        {"archive.tar.gz", "archive.tar.gz", "", "archive.tar", "archive.tar.gz", "gz", false},
         {"/home/u/.profile", "/home/u/.profile", "/home/u", ".profile", ".profile", "", true},
         {".config.xml", ".config.xml", "", ".config", ".config.xml", "xml", false},
-        {"a/Makefile", "a/Makefile", "a", "Makefile", "Makefile", "", false},
         {"a/file.", "a/file.", "a", "file", "file.", "", false},
         {"a.d/noext", "a.d/noext", "a.d", "noext", "noext", "", false},
         {"/renders/out/", "/renders/out", "/renders", "out", "out", "", true},
@@ -38,34 +31,29 @@ TEST(OsFilePathTest, DecomposesPathsIntoDirectoryBaseNameAndExtension) {
         {"a/..", "a/..", "a", "..", "..", "", false},
         {"./x.y", "./x.y", ".", "x", "x.y", "y", false},
     };
-    for (Decomposition const& c : cases) {
+    for (auto const& c : cases) {
         SCOPED_TRACE(c.text);
         OsFilePath path(c.text);
         EXPECT_EQ(path.toString(), c.normalised);
-        EXPECT_STREQ(path.getChars(), c.normalised);
         EXPECT_EQ(path.getDirectoryName(), c.directory);
         EXPECT_EQ(path.getBaseName(), c.baseName);
         EXPECT_EQ(path.getBaseName(true), c.baseNameWithExtension);
         EXPECT_EQ(path.getExtension(), c.extension);
         EXPECT_EQ(path.isAbsolute(), c.absolute);
     }
+    EXPECT_EQ(OsFilePath("p9.tif").compare(OsFilePath("p10.tif")), 1) << "byte-wise, not natural order";
+    EXPECT_LT(OsFilePath("B.tif"), OsFilePath("a.tif"));
 }
 
 TEST(OsFilePathTest, JoinsWithExactlyOneSeparator) {
     struct Case {
-        char const* parent;
-        char const* child;
-        char const* joined;
-    } const cases[] = {
-        {"/shots", "a.0001.dpx", "/shots/a.0001.dpx"},
-        {"/shots/", "a.dpx", "/shots/a.dpx"},
-        {"/", "a.dpx", "/a.dpx"},
-        {"", "a.dpx", "a.dpx"},
-        {"shots", "", "shots"},
-        {"shots", "/sub/a.dpx", "shots/sub/a.dpx"},
-        {"shots", "sub/", "shots/sub"},
-    };
-    for (Case const& c : cases) {
+        char const *parent, *child, *joined;
+    } const cases[] = {{"/shots/", "a.dpx", "/shots/a.dpx"},
+                       {"/", "a.dpx", "/a.dpx"},
+                       {"shots", "", "shots"},
+                       {"shots", "/sub/a", "shots/sub/a"},
+                       {"shots", "sub/", "shots/sub"}};
+    for (auto const& c : cases) {
         SCOPED_TRACE(std::string(c.parent) + " + " + c.child);
         OsFilePath path(c.parent);
         EXPECT_EQ((OsFilePath(c.parent) + OsFilePath(c.child)).toString(), c.joined);
@@ -76,81 +64,43 @@ TEST(OsFilePathTest, JoinsWithExactlyOneSeparator) {
 
 TEST(OsFilePathTest, AddsAnExtensionAfterOneDot) {
     struct Case {
-        char const* path;
-        char const* extension;
-        char const* result;
-    } const cases[] = {
-        {"/out/comp_<FrameNo>", "exr", "/out/comp_<FrameNo>.exr"},
-        {"/out/movie", ".mov", "/out/movie.mov"},
-        {"/out/a.b", "c", "/out/a.b.c"},
-        {"/out/trailing.", "tif", "/out/trailing.tif"},
-        {"/out/same", "", "/out/same"},
-        {".hidden", "xml", ".hidden.xml"},
-    };
-    for (Case const& c : cases) {
-        SCOPED_TRACE(c.path);
+        char const *path, *extension, *result;
+    } const cases[] = {{"/out/comp_<FrameNo>", "exr", "/out/comp_<FrameNo>.exr"},
+                       {"/out/movie", ".mov", "/out/movie.mov"},
+                       {"/out/trailing.", "tif", "/out/trailing.tif"},
+                       {"/out/same", "", "/out/same"}};
+    for (auto const& c : cases) {
         OsFilePath path(c.path);
-        EXPECT_EQ(path.addExtension(c.extension).toString(), c.result);
-        EXPECT_EQ(path.getExtension(), OsFilePath(c.result).getExtension());
+        EXPECT_EQ(path.addExtension(c.extension).toString(), c.result) << c.path;
     }
-}
-
-TEST(OsFilePathTest, RefusesAnExtensionWithoutFileNameOrWithSeparator) {
-    OsFilePath empty;
-    EXPECT_THROW(empty.addExtension("exr"), OsFileEx::ExInvalidPath);
-    OsFilePath root("/");
-    EXPECT_THROW(root.addExtension("exr"), OsFileEx::ExInvalidPath);
+    for (char const* noFile : {"", "/"}) {
+        OsFilePath path(noFile);
+        EXPECT_THROW(path.addExtension("exr"), OsFileEx::ExInvalidPath) << noFile;
+    }
     OsFilePath file("/out/a");
-    try {
-        file.addExtension("x/y");
-        FAIL() << "no exception";
-    } catch (OsFileEx::ExInvalidPath const& ex) {
-        EXPECT_NE(std::string(ex.what()).find("/out/a"), std::string::npos) << ex.what();
-    }
+    EXPECT_TRUE(throwsWith<OsFileEx::ExInvalidPath>([&] { file.addExtension("x/y"); }, "/out/a", "x/y"));
     EXPECT_EQ(file.toString(), "/out/a");
 }
 
-TEST(OsFilePathTest, ComparesNormalisedTextsByteWise) {
-    EXPECT_EQ(OsFilePath("a//b/").compare(OsFilePath("a/b")), 0);
-    EXPECT_EQ(OsFilePath("a/b"), OsFilePath("a\\b"));
-    EXPECT_EQ(OsFilePath("p10.tif").compare(OsFilePath("p9.tif")), -1);
-    EXPECT_EQ(OsFilePath("p9.tif").compare(OsFilePath("p10.tif")), 1);
-    EXPECT_LT(OsFilePath("B.tif"), OsFilePath("a.tif")); // case sensitive, capitals first
-    EXPECT_NE(OsFilePath("a.tif"), OsFilePath("A.tif"));
-}
-
+// A multi-byte character is one character; brackets are plain characters here.
 TEST(OsWildcardFilterTest, MatchesStarAndQuestionMark) {
     struct Case {
-        char const* pattern;
-        char const* name;
+        char const *pattern, *name;
         bool matches;
-    } const cases[] = {
-        {"plate.*.dpx", "plate.0001.dpx", true},
-        {"plate.*.dpx", "plate..dpx", true},
-        {"plate.*.dpx", "plate.0001.exr", false},
-        {"plate.*.dpx", "plate.0001.dpx.bak", false},
-        {"plate.*.dpx", "PLATE.0001.DPX", false},
-        {"plate.?.dpx", "plate.1.dpx", true},
-        {"plate.?.dpx", "plate.12.dpx", false},
-        {"plate.??.dpx", "plate.12.dpx", true},
-        {"plate.??.dpx", "plate.1.dpx", false},
-        {"p?.tif", "p\xC3\xA9.tif", true}, // one character of two bytes
-        {"*", "", true},
-        {"*", "anything", true},
-        {"", "", true},
-        {"", "a", false},
-        {"?", "", false},
-        {"a*b*c", "aXXbYYbZZc", true},
-        {"a*b*c", "aXXbYYbZZ", false},
-        {"*a*a*a", "aaaaaaaaaaaaaaaaaaaaaaaab", false},
-        {"**.tif", "x.tif", true},
-        {"*.tif*", "x.tif", true},
-        {"[#].tif", "[#].tif", true}, // brackets are plain characters here
-    };
-    for (auto const& c : cases) {
-        SCOPED_TRACE(std::string(c.pattern) + " ~ " + c.name);
-        EXPECT_EQ(OsWildcardFilter(c.pattern).matches(c.name), c.matches);
-    }
+    } const cases[] = {{"plate.*.dpx", "plate.0001.dpx", true},
+                       {"plate.*.dpx", "plate.0001.dpx.bak", false},
+                       {"plate.*.dpx", "PLATE.0001.DPX", false},
+                       {"plate.?.dpx", "plate.12.dpx", false},
+                       {"plate.??.dpx", "plate.12.dpx", true},
+                       {"p?.tif", "p\xC3\xA9.tif", true},
+                       {"*", "", true},
+                       {"?", "", false},
+                       {"a*b*c", "aXXbYYbZZc", true},
+                       {"a*b*c", "aXXbYYbZZ", false},
+                       {"*a*a*a", "aaaaaaaaaaaaaaaaaaaaaaaab", false},
+                       {"[#].tif", "[#].tif", true}};
+    for (auto const& c : cases)
+        EXPECT_EQ(OsWildcardFilter(c.pattern).matches(c.name), c.matches) << c.pattern << " ~ " << c.name;
 }
 
 } // namespace

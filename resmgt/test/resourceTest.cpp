@@ -1,112 +1,71 @@
 // Finding the resources folder and expanding path aliases.
-#include "resmgtTestFiles.h"
+#include "../../base/test/baseTestHelpers.h"
 #include "rsResources.h"
 
-#include <gtest/gtest.h>
+#include <cstdlib>
+#include <optional>
 
 namespace Qv {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace TestHelpers;
+using RsResourcesTest = TempDirTest;
 
-TEST(RsResourcesLocate, PrefersEnvironmentThenExecutableThenSourceTree) {
-    TestFiles::TempDir dirs;
-    fs::create_directories(dirs.getPath() / "env");
-    fs::create_directories(dirs.getPath() / "exe");
-    fs::create_directories(dirs.getPath() / "src");
-    auto const env = (dirs.getPath() / "env").string();
-    auto const exe = dirs.getPath() / "exe";
-    auto const src = dirs.getPath() / "src";
-    auto const missing = dirs.getPath() / "missing";
-
+TEST_F(RsResourcesTest, LocatePrefersEnvironmentThenExecutableThenSourceTree) {
+    std::string const env = (_root / "env").string();
+    fs::path const exe = _root / "exe", src = _root / "src", missing = _root / "missing";
+    for (fs::path const& dir : {fs::path(env), exe, src})
+        fs::create_directories(dir);
     struct Case {
         char const* name;
         std::optional<std::string> fromEnvironment;
-        fs::path besideExecutable;
-        fs::path fromSourceTree;
-        fs::path expected;
-    };
-    Case const cases[] = {
+        fs::path besideExecutable, fromSourceTree, expected;
+    } const cases[] = {
         {"environment wins over everything", env, exe, src, env},
         {"executable's share folder next", std::nullopt, exe, src, exe},
         {"source tree last", std::nullopt, missing, src, src},
         {"no executable path known", std::nullopt, fs::path(), src, src},
     };
-    for (auto const& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(RsResources::locate(c.fromEnvironment, c.besideExecutable, c.fromSourceTree), c.expected);
-    }
+    for (auto const& c : cases)
+        EXPECT_EQ(RsResources::locate(c.fromEnvironment, c.besideExecutable, c.fromSourceTree), c.expected)
+            << c.name;
+    // A folder named by the environment that does not exist is an error, not a fallback.
+    EXPECT_TRUE(throwsWith<RsEx::ExResourcesNotFound>(
+        [&] { RsResources::locate(missing.string(), exe, src); }, "QV_RESOURCES=" + missing.string()));
+    EXPECT_TRUE(throwsWith<RsEx::ExResourcesNotFound>(
+        [&] { RsResources::locate(std::nullopt, missing / "a", missing / "b"); }, (missing / "a").string(),
+        (missing / "b").string()));
 }
 
-TEST(RsResourcesLocate, FailsClearlyWhenNothingIsThere) {
-    TestFiles::TempDir dirs;
-    auto const missing = (dirs.getPath() / "missing").string();
-    try {
-        // A folder given by the environment that does not exist is an error, not a fallback.
-        RsResources::locate(missing, dirs.getPath(), dirs.getPath());
-        ADD_FAILURE() << "environment value ignored";
-    } catch (RsEx::ExResourcesNotFound const& ex) {
-        EXPECT_NE(ex.getReason().find("QV_RESOURCES=" + missing), std::string::npos) << ex.getReason();
-    }
-    try {
-        RsResources::locate(std::nullopt, missing + "/a", missing + "/b");
-        ADD_FAILURE() << "found a folder";
-    } catch (RsEx::ExResourcesNotFound const& ex) {
-        EXPECT_NE(ex.getReason().find(missing + "/a"), std::string::npos) << ex.getReason();
-        EXPECT_NE(ex.getReason().find(missing + "/b"), std::string::npos) << ex.getReason();
-    }
-}
-
-TEST(RsResources, EnvironmentVariableSelectsTheFolder) {
-    TestFiles::TempDir dirs;
-    TestFiles::EnvGuard env("QV_RESOURCES", dirs.getPath().string());
-    EXPECT_EQ(RsResources::getResourcesDir(), dirs.getPath());
-}
-
-TEST(RsResources, FindsAFolderWithoutTheEnvironmentVariable) {
-    TestFiles::EnvGuard env("QV_RESOURCES", std::nullopt);
-    // In a build tree the source tree's folder is the one found.
+TEST_F(RsResourcesTest, EnvironmentVariableSelectsTheFolderElseTheSourceTreeOneIsFound) {
+    char const* const old = std::getenv("QV_RESOURCES");
+    std::string const previous = old ? old : "";
+    ::setenv("QV_RESOURCES", _root.c_str(), 1);
+    EXPECT_EQ(RsResources::getResourcesDir(), _root);
+    ::unsetenv("QV_RESOURCES");
     EXPECT_TRUE(fs::exists(RsResources::getResourcesDir() / "msg" / "expressions.msg"));
+    ::setenv("QV_RESOURCES", previous.c_str(), 1); // an empty value counts as none
 }
 
-TEST(RsResourcesExpandAliases, ReplacesKnownAliasesAndKeepsOtherText) {
-    TestFiles::TempDir dirs;
-    TestFiles::EnvGuard env("QV_RESOURCES", dirs.getPath().string());
-    auto const res = dirs.getPath().string();
+TEST_F(RsResourcesTest, ExpandAliasesReplacesKnownAliasesAndNamesUnknownOnes) {
+    std::string const res = RsResources::getResourcesDir().string();
     struct Case {
-        std::string path;
-        std::string expected;
-    };
-    Case const cases[] = {
+        std::string path, expected;
+    } const cases[] = {
         {"<ToolUiDir>/missingToolSchematicNodeH.xml", res + "/ui/missingToolSchematicNodeH.xml"},
-        {"<MsgDir>/expressions.msg", res + "/msg/expressions.msg"},
-        {"<MsgDir>", res + "/msg"},
         {"<MsgDir>/a:<ToolUiDir>/b", res + "/msg/a:" + res + "/ui/b"},
-        {"/plain/path.xml", "/plain/path.xml"},
         {"", ""},
         {"a<b", "a<b"},
-        {"<>x", "<>x"},
         {"<not an alias>", "<not an alias>"},
         {"x<<MsgDir>", "x<" + res + "/msg"},
         {"<MsgDir", "<MsgDir"},
     };
-    for (auto const& c : cases) {
-        SCOPED_TRACE(c.path);
-        EXPECT_EQ(RsResources::expandAliases(c.path), c.expected);
-    }
-}
-
-TEST(RsResourcesExpandAliases, UnknownAliasNamesItAndThePath) {
+    for (auto const& c : cases)
+        EXPECT_EQ(RsResources::expandAliases(c.path), c.expected) << c.path;
     for (std::string path : {"<ToolDir>/a.xml", "x/<msgdir>/y"}) {
-        SCOPED_TRACE(path);
-        try {
-            RsResources::expandAliases(path);
-            ADD_FAILURE() << "expanded";
-        } catch (RsEx::ExUnknownAlias const& ex) {
-            auto const alias = path.substr(path.find('<'), path.find('>') - path.find('<') + 1);
-            EXPECT_NE(ex.getReason().find(alias), std::string::npos) << ex.getReason();
-            EXPECT_NE(ex.getReason().find(path), std::string::npos) << ex.getReason();
-        }
+        std::string const alias = path.substr(path.find('<'), path.find('>') - path.find('<') + 1);
+        EXPECT_TRUE(throwsWith<RsEx::ExUnknownAlias>([&] { RsResources::expandAliases(path); }, alias, path));
     }
 }
 
