@@ -7,15 +7,15 @@
 
 namespace Qv {
 
-class LkLock {
+template <class Mutex>
+class LkNamedLock {
 public:
     // Holds the lock for a scope.
-    using Guard = std::lock_guard<LkLock>;
+    using Guard = std::lock_guard<LkNamedLock>;
 
-    explicit LkLock(std::string name);
-    ~LkLock();
-    LkLock(LkLock const&) = delete;
-    LkLock& operator=(LkLock const&) = delete;
+    explicit LkNamedLock(std::string name) : _name(std::move(name)) {}
+    LkNamedLock(LkNamedLock const&) = delete;
+    LkNamedLock& operator=(LkNamedLock const&) = delete;
 
     std::string const& getName() const noexcept { return _name; }
 
@@ -25,31 +25,13 @@ public:
     bool try_lock() { return tryLock(); }
 
 private:
-    std::mutex _mutex;
+    Mutex _mutex;
     std::string _name;
 };
 
+using LkLock = LkNamedLock<std::mutex>;
 // The owning thread may take it again; each lock needs its unlock.
-class LkRecLock {
-public:
-    using Guard = std::lock_guard<LkRecLock>;
-
-    explicit LkRecLock(std::string name);
-    ~LkRecLock();
-    LkRecLock(LkRecLock const&) = delete;
-    LkRecLock& operator=(LkRecLock const&) = delete;
-
-    std::string const& getName() const noexcept { return _name; }
-
-    void lock() { _mutex.lock(); }
-    void unlock() { _mutex.unlock(); }
-    bool tryLock() { return _mutex.try_lock(); }
-    bool try_lock() { return tryLock(); }
-
-private:
-    std::recursive_mutex _mutex;
-    std::string _name;
-};
+using LkRecLock = LkNamedLock<std::recursive_mutex>;
 
 // The tools name the operating-system flavours of the locks; on this platform
 // the standard mutexes already are the operating system's, so they are the same.

@@ -187,8 +187,9 @@ TEST_F(RcPointerTest, PromotionRacingTheLastReleaseNeverResurrects) {
         EXPECT_TRUE(weak.getStrong().isNull());
     }
     promoter.join();
+    // How often a promotion wins depends on the scheduler; that none ever
+    // reached a dead object does not.
     EXPECT_EQ(failures, 0) << "a promotion reached a dead object";
-    EXPECT_GT(promotions, 0);
 }
 
 } // namespace

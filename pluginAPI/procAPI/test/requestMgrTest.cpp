@@ -196,7 +196,8 @@ TEST(PxRequestMgrTest, cancelledRequestsStopAndTheirWaitersAreTold) {
     };
     for (Case const& c : cases) {
         SCOPED_TRACE(c.name);
-        PxRequestMgr mgr(2);
+        // One worker: while the blocker holds it, nothing else can start.
+        PxRequestMgr mgr(1);
         std::atomic<int> loops{0};
         Loop const loop = [&] {
             for (;;) {
