@@ -66,6 +66,10 @@ private:
         STAGE = 3,
         RELEASED = 4,    // the poster is done with it
         HAS_WAITERS = 8, // someone sleeps until it is done
+        // With QUEUED: not shared yet. In its poster's hand, run by its
+        // poster (the stage stays QUEUED until it is DONE), or on its way to
+        // the manager's inbox; no other thread may take it meanwhile.
+        LOCAL = 16,
     };
 
     // This request or one it was posted from is cancelled.
@@ -88,8 +92,10 @@ private:
     PxRequest* _queueNext = nullptr;
 
     // Fixed when the request starts its life in the manager. The chain of
-    // posters stays alive as long as this request, so that checks for
-    // cancellation can always walk it.
+    // posters stays alive as long as anyone may walk it (checks for
+    // cancellation, helpers): a request run above its poster on the same
+    // thread needs no hold on it; one that is shared takes a hold on each
+    // link of its chain that has none yet.
     PxRequest* _parent = nullptr;
     RCShdPtr<PxRequest> _parentOwner;
     // The manager's hold while the request is queued or running.

@@ -28,10 +28,12 @@ struct ThreadState {
     // except while it is blocked.
     bool holdsPlace = false;
     bool placeLent = false;
-    // Posted from a request without waking anyone: often the poster waits
-    // for it next and runs it itself, so the wake-up waits for the poster's
-    // next call to the manager or the end of its request.
-    bool wakeDeferred = false;
+    // The last request posted from the running request, not shared yet: its
+    // poster often waits for it next and then runs it without any lock. It
+    // is shared at the poster's next call to the manager or the end of its
+    // request.
+    PxRequest* local = nullptr;
+    PxRequestMgr* localMgr = nullptr;
     int blockedCount = 0;
 };
 
@@ -99,9 +101,8 @@ bool PxRequestMgr::isWorkerThreadCurrent() const {
 }
 
 void PxRequestMgr::checkCancellation() const {
-    // A point the running request passes often: deferred wake-ups go out here.
-    if (t_thread.wakeDeferred)
-        const_cast<PxRequestMgr*>(this)->flushDeferredWakeups();
+    // A point the running request passes often: its last post is shared here.
+    shareLocal();
     PxRequest const* current = t_thread.current;
     if (current && current->isCancelledWithAncestors())
         throwCancelled(*current);
@@ -120,23 +121,41 @@ void PxRequestMgr::adopt(PxRequest& request, PxRequestPtrBase const& owner, int 
     PxRequest* const parent = t_thread.current;
     request._self = owner.getShared();
     request._parent = parent;
-    if (parent)
-        request._parentOwner = parent->_self;
+    // Anything else runs above its poster on this thread, or is shared later.
+    if (exclusive)
+        ownAncestors(request);
     request._exclusive = exclusive;
     request._nested = parent && !exclusive;
     request._priority = level;
+}
+
+// A request that runs above its poster on the same thread needs no hold on
+// it; one that may run elsewhere, or outlive it, holds the whole chain.
+// Every request without a hold on its poster runs on this thread, so the
+// walk only touches requests this thread runs.
+void PxRequestMgr::ownAncestors(PxRequest& request) noexcept {
+    for (PxRequest* r = &request; r->_parent && !r->_parentOwner; r = r->_parent)
+        r->_parentOwner = r->_parent->_self;
 }
 
 void PxRequestMgr::postRequest(PxRequestPtrBase const& requestPtr, int priority) {
     PxRequest& request = getRequest(requestPtr);
     int const level = priority + request.getPriorityLevel();
     bool const exclusive = request.isExclusive();
-    flushDeferredWakeups();
+    shareLocal();
+    ThreadState& thread = t_thread;
+    bool const keepLocal = thread.current && !exclusive;
     unsigned expected = PxRequest::CREATED;
-    bool const isNewAndUnreleased =
-        request._state.compare_exchange_strong(expected, PxRequest::QUEUED, std::memory_order_acq_rel);
+    bool const isNewAndUnreleased = request._state.compare_exchange_strong(
+        expected, keepLocal ? PxRequest::QUEUED | PxRequest::LOCAL : PxRequest::QUEUED,
+        std::memory_order_acq_rel);
     QV_ASSERT(isNewAndUnreleased);
     adopt(request, requestPtr, level, exclusive);
+    if (keepLocal) {
+        thread.local = &request;
+        thread.localMgr = this;
+        return;
+    }
     if (_stopping.load(std::memory_order_acquire)) {
         // Too late to run: it ends as if cancelled before it started.
         request.cancel();
@@ -144,11 +163,32 @@ void PxRequestMgr::postRequest(PxRequestPtrBase const& requestPtr, int priority)
         execute(request, lock);
         return;
     }
-    _nbQueued.fetch_add(1, std::memory_order_relaxed);
     pushToInbox(request);
-    if (t_thread.current)
-        t_thread.wakeDeferred = true;
-    else if (mayNeedWakeups())
+    if (mayNeedWakeups())
+        wakeForPostedWork();
+}
+
+void PxRequestMgr::shareLocal() {
+    ThreadState& thread = t_thread;
+    if (PxRequest* const request = thread.local) {
+        thread.local = nullptr;
+        thread.localMgr->share(*request);
+    }
+}
+
+// Still LOCAL in the inbox: whoever sorts it into the queues, under the
+// lock, clears the mark, so that nobody else takes it before it is there.
+void PxRequestMgr::share(PxRequest& request) {
+    ownAncestors(request);
+    if (_stopping.load(std::memory_order_acquire)) {
+        request.cancel();
+        request._state.fetch_and(~unsigned(PxRequest::LOCAL), std::memory_order_acq_rel);
+        std::unique_lock lock(_mutex);
+        execute(request, lock);
+        return;
+    }
+    pushToInbox(request);
+    if (mayNeedWakeups())
         wakeForPostedWork();
 }
 
@@ -175,17 +215,9 @@ void PxRequestMgr::wakeForPostedWork() {
     wake(wakeups);
 }
 
-void PxRequestMgr::flushDeferredWakeups() {
-    ThreadState& thread = t_thread;
-    if (!thread.wakeDeferred)
-        return;
-    thread.wakeDeferred = false;
-    if (_nbQueued.load(std::memory_order_seq_cst) > 0 && mayNeedWakeups())
-        wakeForPostedWork();
-}
-
 void PxRequestMgr::releaseRequest(PxRequestPtrBase const& requestPtr) {
     PxRequest& request = getRequest(requestPtr);
+    shareLocal();
     // Whoever comes second of the release and the end cleans up: the one
     // that sees the other's mark.
     unsigned const state = request._state.fetch_or(PxRequest::RELEASED, std::memory_order_acq_rel);
@@ -214,6 +246,8 @@ void PxRequestMgr::releaseRequest(PxRequestPtrBase const& requestPtr) {
         return;
     }
     case PxRequest::QUEUED:
+        if (request._state.load(std::memory_order_acquire) & PxRequest::LOCAL)
+            return; // in its poster's hand: it ends cancelled once shared
         // Ends here at once, without its work; its end cleans it up. The
         // owner's pointer keeps it alive meanwhile.
         takeOutOfQueue(request);
@@ -226,6 +260,16 @@ void PxRequestMgr::releaseRequest(PxRequestPtrBase const& requestPtr) {
 
 void PxRequestMgr::waitForRequest(PxRequestPtrBase const& requestPtr) {
     PxRequest& request = getRequest(requestPtr);
+    ThreadState& thread = t_thread;
+    if (thread.local == &request) {
+        // Posted last from here and seen by nobody else: run at once, no lock.
+        // It keeps its mark while it runs (to other threads, it is in its
+        // poster's hand either way); its end clears it.
+        thread.local = nullptr;
+        thread.localMgr->run(request);
+    } else {
+        shareLocal();
+    }
     if (!request.isDone())
         waitUntilDone(requestPtr, request);
     if (request._error)
@@ -269,7 +313,7 @@ void PxRequestMgr::waitUntilDone(PxRequestPtrBase const& requestPtr, PxRequest& 
             execute(request, lock);
             return;
         }
-        if (stage == PxRequest::QUEUED) {
+        if (stage == PxRequest::QUEUED && !(state & PxRequest::LOCAL)) {
             // Held back by an exclusive request, for whoever is outside any request.
             if (request._held && !thread.current) {
                 sleepUntilNews(request, lock);
@@ -279,19 +323,9 @@ void PxRequestMgr::waitUntilDone(PxRequestPtrBase const& requestPtr, PxRequest& 
             execute(request, lock);
             return;
         }
-        // Running elsewhere, or lower on this very thread: the latter would never end.
-        bool isRunningOnThisThread = false;
-        for (PxRequest const* r = thread.current; r; r = r->_interrupted)
-            isRunningOnThisThread = isRunningOnThisThread || r == &request;
-        if (isRunningOnThisThread) {
-            lock.unlock();
-            QV_ASSERT(!isRunningOnThisThread);
-        }
-        if (thread.wakeDeferred) {
-            // This thread is about to be taken up elsewhere.
-            thread.wakeDeferred = false;
-            wake(planWakeups());
-        }
+        // Running elsewhere, or in its poster's hand (the poster shares it or
+        // runs it), or lower on this very thread, which would never end.
+        assertNotRunningHere(request, thread.current, lock);
         // Only the pool's workers help: another thread would run beyond the
         // pool's size and compete with the workers for the same requests.
         PxRequest* const help = thread.poolOf == this ? takeForHelper(request, thread.current) : nullptr;
@@ -301,6 +335,17 @@ void PxRequestMgr::waitUntilDone(PxRequestPtrBase const& requestPtr, PxRequest& 
         } else {
             sleepUntilNews(request, lock);
         }
+    }
+}
+
+void PxRequestMgr::assertNotRunningHere(PxRequest const& request, PxRequest const* current,
+                                        std::unique_lock<std::mutex>& lock) {
+    bool isRunningOnThisThread = false;
+    for (PxRequest const* r = current; r; r = r->_interrupted)
+        isRunningOnThisThread = isRunningOnThisThread || r == &request;
+    if (isRunningOnThisThread) {
+        lock.unlock();
+        QV_ASSERT(!isRunningOnThisThread);
     }
 }
 
@@ -316,37 +361,47 @@ void PxRequestMgr::sleepUntilNews(PxRequest& awaited, std::unique_lock<std::mute
 }
 
 void PxRequestMgr::execute(PxRequest& request, std::unique_lock<std::mutex>& lock) {
-    ThreadState& thread = t_thread;
     setStage(request, PxRequest::RUNNING);
-    _nbRunning.fetch_add(1, std::memory_order_seq_cst);
+    lock.unlock();
+    run(request);
+}
+
+void PxRequestMgr::run(PxRequest& request) {
+    ThreadState& thread = t_thread;
+    // A thread counts once however many requests it runs nested: the one
+    // at the bottom stands for the others, and keeps exclusive ones away.
+    bool const counted = thread.current == nullptr;
+    if (counted)
+        _nbRunning.fetch_add(1, std::memory_order_seq_cst);
     request._interrupted = thread.current;
     PxRequestMgr const* const workerOf = thread.workerOf;
     thread.current = &request;
     thread.workerOf = this;
-    lock.unlock();
 
     runSteps(request);
+    // What it posted last is shared before anyone sees it finished.
+    shareLocal();
 
     thread.current = request._interrupted;
     thread.workerOf = workerOf;
-    finish(request);
-    flushDeferredWakeups();
+    finish(request, counted);
 }
 
 // The end of a request, mostly without the lock: only the end of an
 // exclusive request, or the last end that one waits for, takes it.
-void PxRequestMgr::finish(PxRequest& request) {
+void PxRequestMgr::finish(PxRequest& request, bool counted) {
     // The manager's hold goes last: its release may destroy the request.
     RCShdPtr<PxRequest> hold = std::move(request._self);
     unsigned state = request._state.load(std::memory_order_acquire);
+    bool cleanedUp = false;
     for (;;) {
-        if (state & PxRequest::RELEASED) {
+        if ((state & PxRequest::RELEASED) && !cleanedUp) {
             // Released while it ran: cleaned up before anyone sees it finished.
             runCleanUp(request);
-            state = request._state.fetch_or(PxRequest::DONE, std::memory_order_acq_rel);
-            break;
+            cleanedUp = true;
         }
-        if (request._state.compare_exchange_weak(state, state | PxRequest::DONE, std::memory_order_acq_rel))
+        unsigned const done = (state & ~unsigned(PxRequest::STAGE | PxRequest::LOCAL)) | PxRequest::DONE;
+        if (request._state.compare_exchange_weak(state, done, std::memory_order_acq_rel))
             break;
     }
     Wakeups wakeups;
@@ -360,7 +415,7 @@ void PxRequestMgr::finish(PxRequest& request) {
         }
         wakeups = planWakeups();
         wakeups.waiters = _nbSleepingWaiters > 0; // those it held back
-    } else if (_nbRunning.fetch_sub(1, std::memory_order_seq_cst) == 1 &&
+    } else if (counted && _nbRunning.fetch_sub(1, std::memory_order_seq_cst) == 1 &&
                _hasExclusive.load(std::memory_order_seq_cst)) {
         std::lock_guard lock(_mutex);
         wakeups = planWakeups();
@@ -405,7 +460,6 @@ void PxRequestMgr::runCleanUp(PxRequest& request) noexcept {
 // ---- Choice of the next request ---------------------------------------------
 
 void PxRequestMgr::takeOutOfQueue(PxRequest& request) {
-    _nbQueued.fetch_sub(1, std::memory_order_relaxed);
     if (_exclusive == &request)
         _exclusiveRunning = true; // taken by whoever ends it; nobody else may start it
     else if (request._held) {
@@ -450,9 +504,10 @@ bool PxRequestMgr::drainInbox() {
     while (PxRequest* const request = oldestFirst) {
         oldestFirst = request->_queueNext;
         request->_seq = _nextSeq++;
-        if (request->_nested)
+        if (request->_nested) {
+            request->_state.fetch_and(~unsigned(PxRequest::LOCAL), std::memory_order_acq_rel);
             _nestedQueue.push(*request);
-        else if (_exclusive) {
+        } else if (_exclusive) {
             request->_held = true;
             _heldBack.push_back(request);
         } else if (request->_exclusive)
@@ -467,7 +522,6 @@ PxRequest* PxRequestMgr::takeForWorker() {
     drainInbox();
     if (canStartExclusive()) {
         _exclusiveRunning = true;
-        _nbQueued.fetch_sub(1, std::memory_order_relaxed);
         return _exclusive;
     }
     PxRequest* const next = PxRequestQueue::getFirstToStart(_nestedQueue.getFront(), _topQueue.getFront());
@@ -576,7 +630,7 @@ void PxRequestMgr::workerBlocked() {
     if (++_blockedCount != 1)
         return;
     ThreadState& thread = t_thread;
-    flushDeferredWakeups();
+    shareLocal();
     if (thread.poolOf != this || !thread.holdsPlace)
         return;
     std::unique_lock lock(_mutex);

@@ -13,10 +13,12 @@
 // - A worker that blocks on something other than the processor (file input)
 //   brackets it with workerBlocked/workerUnblocked; its place in the pool
 //   goes to another worker meanwhile (one is started if none is idle).
-// - Posting takes no lock. A request posted from inside a request wakes no
-//   worker at once: its poster often waits for it next and runs it itself.
-//   The wake-up goes out at the poster's next call to the manager (a check
-//   for cancellation included) or at the end of its request.
+// - Posting takes no lock. A request posted from inside a request stays with
+//   its poster at first: the poster often waits for it next and then runs it
+//   itself without any lock. It is shared (queued, and workers woken for it)
+//   at the poster's next call to the manager (a check for cancellation
+//   included) or at the end of its request. Until then, and while its
+//   poster runs it, other threads wait for it as for a running one.
 // - Priorities: higher first, first posted first within a priority.
 // - An exclusive request runs alone: it starts once the requests queued
 //   before it have started and no request runs; requests posted from
@@ -81,21 +83,31 @@ private:
 
     // Makes the request the manager's: its hold, its poster, its kind.
     void adopt(PxRequest& request, PxRequestPtrBase const& owner, int level, bool exclusive);
+    // Holds the chain of posters of a request that may run elsewhere.
+    static void ownAncestors(PxRequest& request) noexcept;
     // Runs a request taken out of the queues: called with the lock held,
     // returns without it.
     void execute(PxRequest& request, std::unique_lock<std::mutex>& lock);
-    void finish(PxRequest& request);
+    // Runs a request this thread has taken: marked running, or its own
+    // local one.
+    void run(PxRequest& request);
+    // `counted`: the request is counted in _nbRunning.
+    void finish(PxRequest& request, bool counted);
     static void runSteps(PxRequest& request);
     static void runCleanUp(PxRequest& request) noexcept;
     static void setStage(PxRequest& request, unsigned stage) noexcept;
     void waitUntilDone(PxRequestPtrBase const& requestPtr, PxRequest& request);
+    static void assertNotRunningHere(PxRequest const& request, PxRequest const* current,
+                                     std::unique_lock<std::mutex>& lock);
     void sleepUntilNews(PxRequest& awaited, std::unique_lock<std::mutex>& lock);
 
     // Without the lock.
     void pushToInbox(PxRequest& request) noexcept;
     bool mayNeedWakeups() const noexcept;
     void wakeForPostedWork();
-    void flushDeferredWakeups();
+    // Shares the request that this thread posted last and kept to itself.
+    static void shareLocal();
+    void share(PxRequest& request);
 
     // Under the lock.
     bool drainInbox();
@@ -119,16 +131,15 @@ private:
     // posting takes no lock; whoever holds the lock sorts them into the
     // queues below, in post order.
     std::atomic<PxRequest*> _inbox{nullptr};
-    // Posted and not yet taken, wherever they wait.
-    std::atomic<int> _nbQueued{0};
     // Readable without the lock, so that a post takes it only when a worker
     // could be woken or started (the pool's size minus the workers busy or
     // on their way), or a waiter sleeps.
     std::atomic<int> _nbFreePlaces;
     std::atomic<int> _nbSleepingWaiters{0};
     std::atomic<bool> _stopping{false};
-    // Requests started and not finished, wherever: counted down without the
-    // lock, since only the start of an exclusive request depends on it.
+    // Threads running requests, wherever (a request run above another on
+    // the same thread is not counted): counted down without the lock, since
+    // only the start of an exclusive request depends on it.
     std::atomic<int> _nbRunning{0};
     std::atomic<bool> _hasExclusive{false}; // _exclusive != nullptr
 
