@@ -3,7 +3,8 @@
 //   fanout     10,000 small requests posted, then all waited
 //   parallel   PxParallelProc over compute-bound tasks on all workers,
 //              against the same tasks in a loop on one thread
-// Each measure is the median of several repetitions.
+// Each measure is the median of several repetitions, ours and the anchor
+// taking turns.
 #include "cbHandler.h"
 #include "pxParallelProc.h"
 #include "pxRequestMgr.h"
@@ -21,7 +22,7 @@ namespace {
 using namespace Qv;
 using Clock = std::chrono::steady_clock;
 
-constexpr int REPETITIONS = 9;
+constexpr int REPETITIONS = 31;
 
 // Keeps a computed value from being optimised away.
 template <class T>
@@ -40,17 +41,29 @@ std::uint64_t mix(std::uint64_t seed, int rounds) {
     return x;
 }
 
-// Median time in seconds of `run` over the repetitions, after one warm-up.
-double median(std::function<void()> const& run) {
+double seconds(std::function<void()> const& run) {
+    Clock::time_point const start = Clock::now();
     run();
-    std::vector<double> times;
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+double medianOf(std::vector<double>& times) {
+    std::nth_element(times.begin(), times.begin() + times.size() / 2, times.end());
+    return times[times.size() / 2];
+}
+
+// Median times in seconds of `ours` and `anchor`, run in turns after one
+// warm-up each, so that both see the same moments of a noisy machine.
+std::pair<double, double> medians(std::function<void()> const& ours, std::function<void()> const& anchor) {
+    ours();
+    anchor();
+    std::vector<double> oursTimes;
+    std::vector<double> anchorTimes;
     for (int i = 0; i < REPETITIONS; ++i) {
-        Clock::time_point const start = Clock::now();
-        run();
-        times.push_back(std::chrono::duration<double>(Clock::now() - start).count());
+        oursTimes.push_back(seconds(ours));
+        anchorTimes.push_back(seconds(anchor));
     }
-    std::nth_element(times.begin(), times.begin() + REPETITIONS / 2, times.end());
-    return times[REPETITIONS / 2];
+    return {medianOf(oursTimes), medianOf(anchorTimes)};
 }
 
 class EmptyRequest : public PxRequest {
@@ -97,8 +110,6 @@ void benchPostWait() {
             mgr.releaseRequest(request);
         }
     };
-    double const ours = median([&] { runOnWorker(postWait); });
-    double const oursOutside = median(postWait);
     tbb::task_group group;
     auto const tbbRunWait = [&] {
         tbb::task_group inner;
@@ -107,11 +118,12 @@ void benchPostWait() {
             inner.wait();
         }
     };
-    double const tbb = median([&] {
-        group.run(tbbRunWait);
-        group.wait();
-    });
-    double const tbbOutside = median(tbbRunWait);
+    auto const [ours, tbb] = medians([&] { runOnWorker(postWait); },
+                                     [&] {
+                                         group.run(tbbRunWait);
+                                         group.wait();
+                                     });
+    auto const [oursOutside, tbbOutside] = medians(postWait, tbbRunWait);
     std::printf("requests.post_wait in a request: ours %.3f us/op, tbb %.3f us/op\n", ours / NB_OPS * 1e6,
                 tbb / NB_OPS * 1e6);
     std::printf(
@@ -125,23 +137,24 @@ void benchFanOut() {
     PxRequestMgr& mgr = PxRequestMgr::getInstance();
     std::vector<PxRequestPtr<SmallRequest>> requests;
     requests.reserve(NB_REQUESTS);
-    double const ours = median([&] {
-        for (int i = 0; i < NB_REQUESTS; ++i) {
-            requests.emplace_back(new SmallRequest(std::uint64_t(i)));
-            mgr.postRequest(requests.back(), 0);
-        }
-        for (PxRequestPtr<SmallRequest> const& request : requests)
-            mgr.waitForRequest(request);
-        for (PxRequestPtr<SmallRequest> const& request : requests)
-            mgr.releaseRequest(request);
-        requests.clear();
-    });
     tbb::task_group group;
-    double const tbb = median([&] {
-        for (int i = 0; i < NB_REQUESTS; ++i)
-            group.run([seed = std::uint64_t(i)] { keep(mix(seed, SmallRequest::SMALL_ROUNDS)); });
-        group.wait();
-    });
+    auto const [ours, tbb] = medians(
+        [&] {
+            for (int i = 0; i < NB_REQUESTS; ++i) {
+                requests.emplace_back(new SmallRequest(std::uint64_t(i)));
+                mgr.postRequest(requests.back(), 0);
+            }
+            for (PxRequestPtr<SmallRequest> const& request : requests)
+                mgr.waitForRequest(request);
+            for (PxRequestPtr<SmallRequest> const& request : requests)
+                mgr.releaseRequest(request);
+            requests.clear();
+        },
+        [&] {
+            for (int i = 0; i < NB_REQUESTS; ++i)
+                group.run([seed = std::uint64_t(i)] { keep(mix(seed, SmallRequest::SMALL_ROUNDS)); });
+            group.wait();
+        });
     std::printf("requests.fanout ours %.3f ms, tbb %.3f ms for %d requests\n", ours * 1e3, tbb * 1e3,
                 NB_REQUESTS);
     std::printf("ratio requests.fanout %.3f\n", ours / tbb);
@@ -159,16 +172,17 @@ void benchParallel() {
     } work;
     work.results = &results;
 
-    double const oneThread = median([&] {
-        for (int task = 0; task < NB_TASKS; ++task)
-            work.call(task);
-    });
-    double const parallel = median([&] {
-        PxParallelProc<int> proc(&work);
-        for (int task = 0; task < NB_TASKS; ++task)
-            proc.addTask(task);
-        proc.run();
-    });
+    auto const [parallel, oneThread] = medians(
+        [&] {
+            PxParallelProc<int> proc(&work);
+            for (int task = 0; task < NB_TASKS; ++task)
+                proc.addTask(task);
+            proc.run();
+        },
+        [&] {
+            for (int task = 0; task < NB_TASKS; ++task)
+                work.call(task);
+        });
     keep(results);
     std::printf("requests.parallel one thread %.2f ms, %d workers %.2f ms\n", oneThread * 1e3,
                 PxRequestMgr::getInstance().getNbWorkers(), parallel * 1e3);

@@ -31,6 +31,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <deque>
+#include <limits>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -122,30 +123,43 @@ private:
     void publishFreePlaces() noexcept;
     void wake(Wakeups const& wakeups);
 
+    // The fields below are grouped by who writes them and how often, each
+    // group on its own cache line: a post must not miss its cache for a
+    // counter that the workers change at every request.
+    static constexpr std::size_t CACHE_LINE = 64;
+
     int const _nbSlots;
-    std::mutex _mutex;
+    alignas(CACHE_LINE) std::mutex _mutex;
     std::condition_variable _workCv; // idle workers
     std::condition_variable _waitCv; // waiters with nothing to help with
 
     // Posted requests, newest first, linked through PxRequest::_queueNext:
     // posting takes no lock; whoever holds the lock sorts them into the
     // queues below, in post order.
-    std::atomic<PxRequest*> _inbox{nullptr};
+    alignas(CACHE_LINE) std::atomic<PxRequest*> _inbox{nullptr};
+
+    // Read at every post, seldom written.
+    // The highest priority ever posted. A worker whose queues hold work of
+    // that priority leaves the inbox alone: what waits there came later and
+    // does not go first, and each drain would take the inbox's cache line
+    // away from the posters.
+    alignas(CACHE_LINE) std::atomic<int> _topPostedPriority{std::numeric_limits<int>::min()};
     // Readable without the lock, so that a post takes it only when a worker
     // could be woken or started (the pool's size minus the workers busy or
     // on their way), or a waiter sleeps.
     std::atomic<int> _nbFreePlaces;
     std::atomic<int> _nbSleepingWaiters{0};
     std::atomic<bool> _stopping{false};
+    std::atomic<bool> _hasExclusive{false}; // _exclusive != nullptr
+
     // Threads running requests, wherever (a request run above another on
     // the same thread is not counted): counted down without the lock, since
     // only the start of an exclusive request depends on it.
-    std::atomic<int> _nbRunning{0};
-    std::atomic<bool> _hasExclusive{false}; // _exclusive != nullptr
+    alignas(CACHE_LINE) std::atomic<int> _nbRunning{0};
 
     // Under _mutex. Workers start on demand, up to the pool's size.
-    PxRequestQueue _topQueue;    // posted from outside any request
-    PxRequestQueue _nestedQueue; // posted from a running request
+    alignas(CACHE_LINE) PxRequestQueue _topQueue; // posted from outside any request
+    PxRequestQueue _nestedQueue;                  // posted from a running request
     std::uint64_t _nextSeq = 0;
     std::vector<std::thread> _threads;
     int _nbBusy = 0;     // workers holding a place in the pool
@@ -159,6 +173,8 @@ private:
     // Posted from outside any request after it, in post order, later
     // exclusive requests included.
     std::deque<PxRequest*> _heldBack;
+    // Keeps whatever follows the manager in memory off the counter's line.
+    alignas(CACHE_LINE) char _end = 0;
 };
 
 } // namespace Qv
