@@ -2,6 +2,7 @@
 // registers the package's tools with the host.
 #include "imageImportToolInit.h"
 
+#include "btSequencePathBuilder.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
 #include "lgGroups.h"
@@ -32,10 +33,12 @@ template <>
 void InInit<QvInit::imageImportTool>::initialize() {
     QV_CREATE_MINOR_GROUP("BuiltinTools", ImageReader);
     MsgFileGuard catalogue("imageImport.msg");
+    BtSequencePathBuilder::initialize();
 }
 
 template <>
 void InInit<QvInit::imageImportTool>::finalize() {
+    BtSequencePathBuilder::finalize();
     QV_DELETE_MINOR_GROUP(ImageReader);
 }
 
