@@ -25,6 +25,7 @@ int main(int argc, char** argv) {
     QvAction action;
     addVersionCommand(app, action);
     addPackagesCommand(app, action);
+    addResolveCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {
