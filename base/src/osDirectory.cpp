@@ -4,7 +4,13 @@
 #include "osWildcardFilter.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <memory>
+#include <sys/stat.h>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -101,6 +107,47 @@ std::vector<OsFilePath> OsDirectory::listChildren(PathTypes types, OsWildcardFil
     for (std::string const& name : names)
         paths.push_back(_path + OsFilePath(name));
     return paths;
+}
+
+void OsDirectory::visitChildrenNames(PathTypes types, OsWildcardFilter const& filter,
+                                     std::function<void(std::string_view name)> const& visit) const {
+    if (getType() != DIRECTORY)
+        throw OsFileEx::ExInvalidPath(
+            __FILE__, __LINE__, fmt::format("cannot list '{}': it is not a directory", _path.toString()));
+    // readdir gives the entry type with the name on the file systems we use;
+    // only links and unknown types cost a stat.
+    std::unique_ptr<DIR, int (*)(DIR*)> dir(opendir(toDirectoryPath(_path).c_str()), closedir);
+    if (!dir)
+        throw OsFileEx::ExIOError(
+            __FILE__, __LINE__, fmt::format("cannot list '{}': {}", _path.toString(), std::strerror(errno)));
+    errno = 0;
+    while (dirent const* entry = readdir(dir.get())) {
+        std::string_view const name(entry->d_name);
+        if (name == "." || name == ".." || !filter.matches(name)) {
+            errno = 0;
+            continue;
+        }
+        PathType type = OTHER_ENTRY;
+        if (entry->d_type == DT_REG) {
+            type = REGULAR_FILE;
+        } else if (entry->d_type == DT_DIR) {
+            type = DIRECTORY;
+        } else if (entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN) {
+            struct stat status;
+            if (fstatat(dirfd(dir.get()), entry->d_name, &status, 0) == 0)
+                type = S_ISREG(status.st_mode)   ? REGULAR_FILE
+                       : S_ISDIR(status.st_mode) ? DIRECTORY
+                                                 : OTHER_ENTRY;
+            else
+                type = NOT_FOUND;
+        }
+        if (isWanted(type, types))
+            visit(name);
+        errno = 0;
+    }
+    if (errno != 0)
+        throw OsFileEx::ExIOError(
+            __FILE__, __LINE__, fmt::format("cannot list '{}': {}", _path.toString(), std::strerror(errno)));
 }
 
 } // namespace Qv

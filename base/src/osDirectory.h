@@ -2,6 +2,8 @@
 // A directory on disk, through its path.
 #include "osFilePath.h"
 
+#include <functional>
+#include <string_view>
 #include <vector>
 
 namespace Qv {
@@ -32,6 +34,12 @@ public:
     // when this is not a directory, ExIOError when it cannot be read.
     std::vector<OsFilePath> getChildrenPath(PathTypes types) const;
     std::vector<OsFilePath> getChildrenPath(PathTypes types, OsWildcardFilter const& filter) const;
+
+    // Calls visit with the name of every child of the kind asked that the
+    // filter matches, in the order the system lists them, without copying the
+    // names: for callers that scan large folders once. Throws as getChildrenPath.
+    void visitChildrenNames(PathTypes types, OsWildcardFilter const& filter,
+                            std::function<void(std::string_view name)> const& visit) const;
 
 private:
     std::vector<OsFilePath> listChildren(PathTypes types, OsWildcardFilter const* filter) const;

@@ -28,26 +28,19 @@ bool readDigits(std::string_view text, int& value) {
     return error == std::errc() && end == text.data() + text.size();
 }
 
-std::string_view nameOf(OsFilePath const& path) {
-    std::string_view text(path.toString());
-    std::size_t const slash = text.rfind('/');
-    return slash == std::string_view::npos ? text : text.substr(slash + 1);
-}
-
-// The usual case: prefix and suffix are plain text, so a name matches the pass
-// of width w exactly when w digits stand between them, and one listing serves
-// every pass.
-std::vector<Numbered> numbersOfPlainNames(std::vector<OsFilePath> const& paths, std::size_t prefixSize,
-                                          std::size_t suffixSize) {
+// The usual case: prefix and suffix are plain text, so a name is seen in the
+// pass of width w exactly when w digits stand between them, and one listing
+// serves every pass. Numbers are ordered by width, then value, as the passes
+// would find them.
+std::vector<Numbered> numbersOfPlainNames(OsDirectory const& directory, OsWildcardFilter const& filter,
+                                          std::size_t prefixSize, std::size_t suffixSize) {
     std::vector<Numbered> numbers;
-    numbers.reserve(paths.size());
-    for (OsFilePath const& path : paths) {
-        std::string_view const name = nameOf(path);
+    directory.visitChildrenNames(OsDirectory::FILES, filter, [&](std::string_view name) {
         std::string_view const middle = name.substr(prefixSize, name.size() - prefixSize - suffixSize);
         int value = 0;
         if (readDigits(middle, value))
             numbers.push_back({static_cast<int>(middle.size()), value});
-    }
+    });
     std::sort(numbers.begin(), numbers.end(), [](Numbered const& a, Numbered const& b) {
         return a.width != b.width ? a.width < b.width : a.value < b.value;
     });
@@ -55,27 +48,31 @@ std::vector<Numbered> numbersOfPlainNames(std::vector<OsFilePath> const& paths, 
 }
 
 // Prefix or suffix hold '*' or '?' themselves: the passes are run one by one,
-// each with its own filter, over the names of the first listing.
-std::vector<Numbered> numbersOfPatternNames(std::vector<OsFilePath> const& paths, std::string const& prefix,
-                                            std::string const& suffix) {
-    std::vector<Numbered> numbers;
+// each with its own filter, over the sorted names of the first listing; the
+// number is what stands from the first '?' to the last '.'.
+std::vector<Numbered> numbersOfPatternNames(OsDirectory const& directory, OsWildcardFilter const& filter,
+                                            std::string const& prefix, std::string const& suffix) {
+    std::vector<std::string> names;
+    directory.visitChildrenNames(OsDirectory::FILES, filter,
+                                 [&](std::string_view name) { names.emplace_back(name); });
+    std::sort(names.begin(), names.end());
     std::size_t maxSize = 0;
-    for (OsFilePath const& path : paths)
-        maxSize = std::max(maxSize, nameOf(path).size());
+    for (std::string const& name : names)
+        maxSize = std::max(maxSize, name.size());
+    std::vector<Numbered> numbers;
     std::size_t processed = 0;
-    for (std::size_t width = 1; processed < paths.size() && width <= maxSize; ++width) {
+    for (std::size_t width = 1; processed < names.size() && width <= maxSize; ++width) {
         std::string const pattern = prefix + std::string(width, '?') + suffix;
-        OsWildcardFilter const filter(pattern);
+        OsWildcardFilter const pass(pattern);
         std::size_t const from = pattern.find('?');
-        for (OsFilePath const& path : paths) {
-            std::string_view const name = nameOf(path);
-            if (!filter.matches(name))
+        for (std::string const& name : names) {
+            if (!pass.matches(name))
                 continue;
             ++processed;
             std::size_t const dot = name.rfind('.');
             int value = 0;
-            if (dot != std::string_view::npos && dot >= from &&
-                readDigits(name.substr(from, dot - from), value))
+            if (dot != std::string::npos && dot >= from &&
+                readDigits(std::string_view(name).substr(from, dot - from), value))
                 numbers.push_back({static_cast<int>(width), value});
         }
     }
@@ -111,11 +108,11 @@ std::vector<BtSequencePathBuilder::Run> BtSequencePathBuilder::collectSequenceIn
                                           path + "' has no '.' for the frame number to stand before");
     std::string const prefix = base.substr(0, dot);
     std::string const suffix = base.substr(dot);
-    std::vector<OsFilePath> const paths =
-        directory.getChildrenPath(OsDirectory::FILES, OsWildcardFilter(prefix + "*" + suffix));
+    OsWildcardFilter const filter(prefix + "*" + suffix);
     bool const plain = (prefix + suffix).find_first_of("*?") == std::string::npos;
-    std::vector<Numbered> const numbers = plain ? numbersOfPlainNames(paths, prefix.size(), suffix.size())
-                                                : numbersOfPatternNames(paths, prefix, suffix);
+    std::vector<Numbered> const numbers =
+        plain ? numbersOfPlainNames(directory, filter, prefix.size(), suffix.size())
+              : numbersOfPatternNames(directory, filter, prefix, suffix);
 
     // Runs of consecutive numbers within each width.
     std::vector<Run> runs;
