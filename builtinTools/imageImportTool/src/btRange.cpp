@@ -61,7 +61,8 @@ BtRangeSpec::BtRange::BtRange(int first, int last, int step, int padded)
 
 void BtRangeSpec::BtRange::countItems() {
     long long n = static_cast<long long>(_last) - _first + 1;
-    _nbItems = clampToInt(_step > 1 ? n / _step + n % _step : n);
+    // A reversed range ("10:5") claims nothing.
+    _nbItems = clampToInt(std::max(0LL, _step > 1 ? n / _step + n % _step : n));
 }
 
 bool BtRangeSpec::BtRange::addItem(int value) {

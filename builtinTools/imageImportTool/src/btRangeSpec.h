@@ -6,7 +6,8 @@
 // A range claims (last - first + 1) / step + (last - first + 1) % step items.
 // That is not the usual count of every step-th frame ("1:11|3" claims 5 though
 // 1, 4, 7 and 10 exist); stored compositions index their files by it, so it
-// stays. A step below 1 is read as 1.
+// stays. A step below 1 is read as 1; a range whose last is below its first
+// claims no item.
 #include <string>
 #include <vector>
 

@@ -5,6 +5,7 @@
 #include "osFilePath.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 
 namespace Qv {
@@ -25,6 +26,12 @@ BtSequencePath::~BtSequencePath() = default;
 
 OPtrRet<BtSequencePath> BtSequencePath::create() {
     return OPtrRet<BtSequencePath>(new BtSequencePath());
+}
+
+OPtrRet<BtSequencePath> BtSequencePath::create(std::string const& path) {
+    OPtrRet<BtSequencePath> whole(new BtSequencePath());
+    whole->init(path);
+    return whole;
 }
 
 OPtrRet<BtSequencePath> BtSequencePath::create(std::string const& path, int in, int out) {

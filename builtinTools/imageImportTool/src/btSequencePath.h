@@ -9,7 +9,6 @@
 #include "btRangeSpec.h"
 #include "exBase.h"
 
-#include <climits>
 #include <string>
 
 namespace Qv {
@@ -20,10 +19,12 @@ public:
 
     // An empty path, with no file: addFileName gives it its first.
     static OPtrRet<BtSequencePath> create();
+    // The whole path, whatever its number of files.
+    static OPtrRet<BtSequencePath> create(std::string const& path);
     // The files from index in through out of the path (in clamped up to 0, out
     // down to the last index); bounds out of the sequence fail an assertion. A
     // part of the sequence is rebuilt file by file, keeping steps and padding.
-    static OPtrRet<BtSequencePath> create(std::string const& path, int in = 0, int out = INT_MAX);
+    static OPtrRet<BtSequencePath> create(std::string const& path, int in, int out);
     // One file as a one-frame sequence: "a.0012.dpx" is read as "a.[0012].dpx".
     static OPtrRet<BtSequencePath> createFromFilePath(std::string const& filePath);
 

@@ -44,8 +44,15 @@ void BtSequencePathBuilder::addToFilePath(std::string const& text) {
 }
 
 void BtSequencePathBuilder::beginItem() {
-    if (++_itemCount > 1)
+    ++_itemCount;
+}
+
+void BtSequencePathBuilder::appendToSpec(std::string const& text) {
+    // Commas separate what is written: an "a/*f" item counts as an item but
+    // leaves its frames to the directory pass.
+    if (!_spec.empty())
         _spec += ',';
+    _spec += text;
 }
 
 bool BtSequencePathBuilder::notifyRangeExists() {
@@ -55,7 +62,7 @@ bool BtSequencePathBuilder::notifyRangeExists() {
 
 bool BtSequencePathBuilder::notifyConstant(std::string const& text) {
     beginItem();
-    _spec += text;
+    appendToSpec(text);
     _kind = CONSTANT;
     return true;
 }
@@ -147,9 +154,10 @@ bool BtSequencePathBuilder::notifyEndSequence() {
         padLeft(endText, static_cast<std::size_t>(_width));
         _width = 0;
     }
-    _spec += startText + ":" + endText;
+    std::string item = startText + ":" + endText;
     if (_step >= 2)
-        _spec += "|" + LiStringUtil::convertNb(_step);
+        item += "|" + LiStringUtil::convertNb(_step);
+    appendToSpec(item);
     _step = 1;
     _start = _end = _skip = 0;
     return true;

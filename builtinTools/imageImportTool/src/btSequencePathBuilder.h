@@ -14,6 +14,8 @@
 // - a file name without any '.' cannot be matched: OsFileEx::ExInvalidPath;
 // - names whose number is not all decimal digits, is empty, or does not fit
 //   a 32-bit int are ignored, and a width with no such number adds nothing;
+// - runs only go up: when the written name itself holds '*' or '?', numbers
+//   may come out of order, and one not above the one before it opens a run;
 // - a step walks on across the breaks between runs, a break counting as one
 //   frame: p1 p2 p3 p7 p8 p9 under [#|2] gives 1:3|2,7:9|2.
 #include "btSequencePathEx.h"
@@ -86,6 +88,7 @@ private:
     };
 
     void beginItem();
+    void appendToSpec(std::string const& text);
     void normalizeUnresolvedSequences();
     std::vector<Run> collectSequenceInfo();
     static void mergeSequences(std::vector<Run>& runs);

@@ -123,7 +123,9 @@ std::vector<BtSequencePathBuilder::Run> BtSequencePathBuilder::collectSequenceIn
         std::size_t j = i + 1;
         for (; j < numbers.size() && numbers[j].width == run.width; ++j) {
             long long const n = numbers[j].value;
-            if (n != previous + 1 && n > previous) {
+            // Runs only ever go up: a number not above the one before it (the
+            // written name itself holds '*' or '?') opens a run of its own.
+            if (n != previous + 1) {
                 _totalFrames += run.last - run.first + 1;
                 runs.push_back(run);
                 run.first = run.last = static_cast<int>(n);

@@ -40,6 +40,7 @@ INSTANTIATE_TEST_SUITE_P(
                       // n / step + n % step, not the usual count: 1, 4, 7, 10 exist, 5 are claimed.
                       RangeText{"1:11|3", 1, 11, 3, 0, 5, "1:11|3"},
                       RangeText{"1:10|0", 1, 10, 1, 0, 10, "1:10"}, RangeText{"8|2", 8, 8, 1, 0, 1, "8"},
+                      RangeText{"10:5", 10, 5, 1, 0, 0, "10"}, RangeText{"10:5|2", 10, 5, 2, 0, 0, "10"},
                       RangeText{"#", 0, 0, 1, 0, 1, "0"}, RangeText{"::", 0, 0, 1, 0, 1, "0"}));
 
 TEST(BtRange, ValuesAreSteppedAndZeroFilledUpToTheClaimedItems) {

@@ -158,6 +158,10 @@ TEST(BtSequencePath, BoundsOutsideTheSequenceFailAnAssertion) {
     EXPECT_EQ(reasonOf(3, 3), "in <= lastIndex");
     EXPECT_EQ(reasonOf(2, 1), "in <= out");
     EXPECT_EQ(reasonOf(0, 2), "no assertion");
+    // The whole path is always there, even with no file to select.
+    OPtrRet<BtSequencePath> reversed = BtSequencePath::create("p.[10:5].exr");
+    EXPECT_EQ(reversed->getNbFiles(), 0);
+    EXPECT_THROW(BtSequencePath::create("p.[10:5].exr", 0, 0), AssertionsEx::ExAssertionFailed);
 }
 
 TEST(BtSequencePath, SetRangeReplacesAnExistingRangeOnly) {
