@@ -141,6 +141,14 @@ TEST(SequencePathParser, NotificationsReadNumbersAndRefuseWhatTheGrammarCannotCa
     EXPECT_EQ(builder.getResult(), "p.[4:8|2,09]");
 }
 
+TEST(SequencePathParser, LongListsGrowTheParserStack) {
+    // The list rule nests one level per item, far past the stack's first 200.
+    std::string items;
+    for (int i = 0; i < 5000; ++i)
+        items += (i ? "," : "") + std::to_string(2 * i);
+    EXPECT_EQ(resolveSequencePath("p.[" + items + "].exr"), "p.[" + items + "].exr");
+}
+
 TEST(SequencePathParser, ThreadsResolvingAtOnceEachGetTheirOwnResult) {
     std::vector<std::thread> threads;
     std::vector<std::string> results(8);
