@@ -3,12 +3,14 @@
 // foreign exception) is a fault. The texts run in a scratch folder of a few
 // numbered files, so that '#' items meet real runs, gaps and odd names, and
 // only a '#' inside the bracket reads it.
+#include "btSequencePath.h"
 #include "btSequencePathBuilder.h"
 #include "btSequencePathEx.h"
 #include "btSequencePathParser.h"
 #include "msgFileGuard.h"
 #include "osFileEx.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -31,8 +33,22 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     return 0;
 }
 
+namespace {
+// A path read as written, without the grammar, and its first file names
+// added one by one to a new path.
+void readPath(std::string const& text) {
+    Qv::OPtrRet<Qv::BtSequencePath> path = Qv::BtSequencePath::create(text);
+    Qv::OPtrRet<Qv::BtSequencePath> rebuilt = Qv::BtSequencePath::create();
+    for (int i = 0; i < std::min(path->getNbFiles(), 16); ++i)
+        rebuilt->addFileName(path->getFileNameAt(i));
+    (void)rebuilt->getPath();
+    (void)path->getStartFileNo();
+}
+} // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     std::string const text(reinterpret_cast<char const*>(data), size);
+    readPath(text);
     std::string resolved;
     try {
         resolved = Qv::BtSequencePathParser::resolveSequencePath(text);
@@ -47,6 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     if (!resolved.empty() && resolved.find('#') == std::string::npos) {
         try {
             Qv::BtSequencePathParser::resolveSequencePath(resolved);
+            readPath(resolved);
         } catch (Qv::BtSequencePathEx const&) {
             __builtin_trap();
         }
