@@ -18,6 +18,11 @@
 //   may come out of order, and one not above the one before it opens a run;
 // - a step walks on across the breaks between runs, a break counting as one
 //   frame: p1 p2 p3 p7 p8 p9 under [#|2] gives 1:3|2,7:9|2.
+// And as the notifications have it: what the '#' items select is written
+// after the explicit items; a wildcard that selects nothing empties the whole
+// path; a '#' item leaves its skip, step and count to the items after it
+// ("[#+2,#]" skips two frames in both); one frame taken from a run is written
+// alone, without the step.
 #include "btSequencePathEx.h"
 #include "rcBase.h"
 #include "rcShdPtr.h"

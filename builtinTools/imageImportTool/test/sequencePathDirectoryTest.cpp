@@ -65,6 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
         OnDisk{{"p1.tif", "p2.tif"}, "p[5,#].tif", "p[5,1:2].tif"},
         OnDisk{{"p1.tif", "p2.tif"}, "p[#,5].tif", "p[5,1:2].tif"},
         OnDisk{{"p1.tif", "p2.tif"}, "p[#,#/2f].tif", "p[1:2,1:2].tif"},
+        OnDisk{ONE_TO_FIVE, "p.[#+2,#].exr", "p.[3:5,3:5].exr"},
         OnDisk{ONE_TO_FIVE, "p.[9,2/*f].exr", "p.[9,3:5].exr"},
         OnDisk{ONE_TO_FIVE, "p.[2/*f,9].exr", "p.[9,3:5].exr"},
         // Brackets in a name: the first '[' is a wildcard's only when it is the pattern's.
