@@ -18,18 +18,29 @@
 #include <string>
 #include <unistd.h>
 
+namespace {
+// The scratch folder lives as long as the process.
+struct ScratchFolder {
+    std::filesystem::path path =
+        std::filesystem::temp_directory_path() / ("qvSeqPathFuzz_" + std::to_string(getpid()));
+    ~ScratchFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path, ignored);
+    }
+};
+} // namespace
+
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     {
         Qv::MsgFileGuard catalogue("imageImport.msg");
         Qv::BtSequencePathBuilder::initialize();
     }
-    std::filesystem::path const folder =
-        std::filesystem::temp_directory_path() / ("qvSeqPathFuzz_" + std::to_string(getpid()));
-    std::filesystem::create_directories(folder);
+    static ScratchFolder const folder;
+    std::filesystem::create_directories(folder.path);
     for (char const* name : {"p.1.exr", "p.2.exr", "p.3.exr", "p.7.exr", "p.8.exr", "p.9.exr", "p.10.exr",
                              "p.011.exr", "p.0099.exr", "p.x1.exr", "p..exr", "p1", "a.1", "a.2", "[.1.e"})
-        std::ofstream(folder / name);
-    std::filesystem::current_path(folder);
+        std::ofstream(folder.path / name);
+    std::filesystem::current_path(folder.path);
     return 0;
 }
 
