@@ -10,7 +10,7 @@ file(MAKE_DIRECTORY ${_seqpath_gen})
 bison_target(BtSequencePathGrammar ${_seqpath_src}/btSequencePathGrammar.yy
              ${_seqpath_gen}/btSequencePathGrammar.cpp DEFINES_FILE ${_seqpath_gen}/btSequencePathGrammar.h)
 flex_target(BtSequencePathScanner ${_seqpath_src}/btSequencePathScanner.ll
-            ${_seqpath_gen}/btSequencePathScanner.cpp)
+            ${_seqpath_gen}/btSequencePathScanner.cpp DEFINES_FILE ${_seqpath_gen}/btSequencePathScanner.h)
 add_flex_bison_dependency(BtSequencePathScanner BtSequencePathGrammar)
 set(_seqpath_generated ${BISON_BtSequencePathGrammar_OUTPUTS} ${FLEX_BtSequencePathScanner_OUTPUTS})
 # Generated code is not ours to keep warning-free.

@@ -4,14 +4,9 @@
 #include "btSequencePathBuilder.h"
 #include "btSequencePathEx.h"
 #include "btSequencePathGrammar.h"
+#include "btSequencePathScanner.h"
 #include "lkLock.h"
 #include "osFilePath.h"
-
-// The generated scanner's interface, under its prefix.
-using yy_buffer_state_ptr = struct yy_buffer_state*;
-int btSequencePathlex_init_extra(Qv::BtSequencePathGrammarContext* extra, yyscan_t* scanner);
-int btSequencePathlex_destroy(yyscan_t scanner);
-yy_buffer_state_ptr btSequencePath_scan_bytes(char const* bytes, int length, yyscan_t scanner);
 
 namespace Qv {
 
