@@ -4,6 +4,7 @@
 #include "btSequencePath.h"
 
 #include <gtest/gtest.h>
+#include <ostream>
 
 using namespace Qv;
 
@@ -131,6 +132,10 @@ struct Part {
     int in, out;
     char const* expected;
 };
+
+void PrintTo(Part const& part, std::ostream* os) {
+    *os << part.path << " from " << part.in << " to " << part.out;
+}
 
 class Selections : public ::testing::TestWithParam<Part> {};
 
