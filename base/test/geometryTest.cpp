@@ -1,10 +1,14 @@
+#include "geAffineMatrix2.h"
 #include "geEx.h"
 #include "geInterval.h"
 #include "geRectangle.h"
+#include "geRectangleUtil.h"
 #include "geVector.h"
+#include "geVector2Utils.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <numbers>
 #include <tuple>
 
 using namespace Qv;
@@ -70,6 +74,45 @@ TEST(GeVectorTest, CrossProductsAreRightHandedAndIntegerDivisionByZeroThrows) {
     EXPECT_THROW((GeVector3<int>{4, 2, 1} / 0), GeEx::ExDivisionByZero);
     EXPECT_EQ((GeVector2<int>{7, -7} / 2), (GeVector2<int>{3, -3}));
     EXPECT_TRUE(std::isinf((GeVector2<double>{1, 0} / 0.0).x)); // floating point keeps its infinities
+}
+
+TEST(GeRectangleUtilTest, AddBorderGrowsEverySide) {
+    EXPECT_EQ(GeRectangleUtil::addBorder(RectI{0, 4, -2, 1}, 1), (RectI{-1, 5, -3, 2}));
+    EXPECT_EQ(GeRectangleUtil::addBorder(RectI{0, 4, -2, 1}, -1), (RectI{1, 3, -1, 0}));
+    // An empty rectangle grows around its corner: a filter still needs the pixels there.
+    EXPECT_EQ(GeRectangleUtil::addBorder(RectI{3, 3, 3, 3}, 2), (RectI{1, 5, 1, 5}));
+}
+
+TEST(GeVector2UtilsTest, AngleIsSignedCounterClockwise) {
+    using V = GeVector2<double>;
+    double const pi = std::numbers::pi;
+    struct Case {
+        V a, b;
+        double angle;
+    } const cases[] = {
+        {{1, 0}, {0, 1}, pi / 2}, {{0, 1}, {1, 0}, -pi / 2},  {{1, 0}, {-1, 0}, pi},
+        {{2, 2}, {5, 5}, 0},      {{1, 0}, {1, -1}, -pi / 4}, {{0, 0}, {1, 0}, 0},
+    };
+    for (auto const& c : cases)
+        EXPECT_NEAR(GeVector2Utils<double>::getAngle(c.a, c.b), c.angle, 1e-12) << c.a << ' ' << c.b;
+}
+
+TEST(GeMatrixTest, AffineComposesInverseAndLeavesVectorsUntranslated) {
+    using M = GeAffineMatrix2<double>;
+    M const scaleThenMove{{2, 0, 0, 3}, {10, -1}};
+    M const rotate{{0, -1, 1, 0}, {0, 0}};
+    GePoint2<double> const p{1, 2};
+    EXPECT_EQ(scaleThenMove * p, (GePoint2<double>{12, 5}));
+    EXPECT_EQ(scaleThenMove * (GeVector2<double>{1, 2}), (GeVector2<double>{2, 6}));
+    EXPECT_EQ((rotate * scaleThenMove) * p, rotate * (scaleThenMove * p));
+    GePoint2<double> const back = scaleThenMove.getInverse() * (scaleThenMove * p);
+    EXPECT_NEAR(back.x, p.x, 1e-12);
+    EXPECT_NEAR(back.y, p.y, 1e-12);
+
+    M identity = scaleThenMove;
+    identity.setIdentity();
+    EXPECT_EQ(identity * p, p);
+    EXPECT_THROW((GeLinearMatrix2<double>{1, 2, 2, 4}).getInverse(), GeEx::ExDivisionByZero);
 }
 
 } // namespace
