@@ -2,6 +2,7 @@
 // registers the package's tools with the host.
 #include "expressionInit.h"
 
+#include "btExpParser.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
 #include "msgFileGuard.h"
@@ -21,10 +22,13 @@ InInit<QvInit::expression>::InInit() : InPackageInit("expression") {
 template <>
 void InInit<QvInit::expression>::initialize() {
     MsgFileGuard catalogue("expressions.msg");
+    BtExpParser::initialize();
 }
 
 template <>
-void InInit<QvInit::expression>::finalize() {}
+void InInit<QvInit::expression>::finalize() {
+    BtExpParser::finalize();
+}
 
 namespace {
 InInit<QvInit::expression> gPackage;
