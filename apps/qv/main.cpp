@@ -26,6 +26,7 @@ int main(int argc, char** argv) {
     addVersionCommand(app, action);
     addPackagesCommand(app, action);
     addResolveCommand(app, action);
+    addExprCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {

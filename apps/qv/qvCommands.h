@@ -12,5 +12,6 @@ using QvAction = std::function<int(std::ostream& out)>;
 void addVersionCommand(CLI::App& app, QvAction& action);
 void addPackagesCommand(CLI::App& app, QvAction& action);
 void addResolveCommand(CLI::App& app, QvAction& action);
+void addExprCommand(CLI::App& app, QvAction& action);
 
 } // namespace Qv
