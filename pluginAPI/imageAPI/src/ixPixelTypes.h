@@ -26,7 +26,8 @@ struct IxComponent;
 template <>
 struct IxComponent<std::uint8_t> {
     static constexpr IxPixelFormat::Depth DEPTH = IxPixelFormat::UINT8;
-    static float toFloat(std::uint8_t v) { return static_cast<float>(v) * (1.0f / 255.0f); }
+    // A division, not a multiply by 1 / 255: k / 255 exactly, as float arithmetic rounds it.
+    static float toFloat(std::uint8_t v) { return static_cast<float>(v) / 255.0f; }
     // Clamped to [0, 1] and rounded to the nearest step; NaN becomes 0. Written
     // as min then max so that it compiles to vector min/max without branches.
     static std::uint8_t fromFloat(float v) {
