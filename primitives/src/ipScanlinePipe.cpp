@@ -27,6 +27,12 @@ void copyLine(IxScanline<T> const& from, IxScanline<U>& to) {
     }
 }
 
+template <class T>
+void readZeroPadded(std::vector<IxReadGuard> const& guards, int y, IxScanline<T>& buffer) {
+    buffer.setPaddingPolicy(IxPaddingPolicy<T>::constant(T{}));
+    buffer.readFrom(guards, y);
+}
+
 } // namespace
 
 void IpScanlinePipe::setDstRegion(GeRectangle<int> const& region) {
@@ -49,10 +55,11 @@ void IpScanlinePipe::setExtraLinesBuffered(int n) {
     _extraLines = std::max(_extraLines, n);
 }
 
-template <class T>
-void IpSourceNode::read(int y, IxScanline<T>& buffer) {
-    buffer.setPaddingPolicy(IxPaddingPolicy<T>::constant(T{}));
-    buffer.readFrom(_guards, y);
+void IpSourceNode::getOutputScanline(int y, IxScanline<float>& buffer) {
+    readZeroPadded(_guards, y, buffer);
+}
+void IpSourceNode::getOutputScanline(int y, IxScanline<Rgba>& buffer) {
+    readZeroPadded(_guards, y, buffer);
 }
 
 template <class T>

@@ -61,13 +61,10 @@ class IpSourceNode : public IpScanlinePipe {
 public:
     explicit IpSourceNode(std::vector<IxReadGuard> guards) : _guards(std::move(guards)) {}
 
-    void getOutputScanline(int y, IxScanline<float>& buffer) override { read(y, buffer); }
-    void getOutputScanline(int y, IxScanline<Rgba>& buffer) override { read(y, buffer); }
+    void getOutputScanline(int y, IxScanline<float>& buffer) override;
+    void getOutputScanline(int y, IxScanline<Rgba>& buffer) override;
 
 private:
-    template <class T>
-    void read(int y, IxScanline<T>& buffer);
-
     std::vector<IxReadGuard> _guards;
 };
 
