@@ -1,10 +1,9 @@
 // qv expr: what the expression grammar hears of a text, call by call, so
 // that a user can see how an expression is read and where it goes wrong.
 #include "btExpTraceReport.h"
-#include "exBase.h"
 #include "qvCommands.h"
+#include "qvEntryPoint.h"
 
-#include <dlfcn.h>
 #include <memory>
 
 namespace Qv {
@@ -16,17 +15,9 @@ struct ExprOptions {
     bool trace = false;
 };
 
-BtTraceExpressionFunction findTraceFunction() {
-    void* symbol = dlsym(RTLD_DEFAULT, BT_TRACE_EXPRESSION_SYMBOL);
-    if (!symbol)
-        throw ExBase(__FILE__, __LINE__,
-                     std::string("the tool library has no ") + BT_TRACE_EXPRESSION_SYMBOL);
-    return reinterpret_cast<BtTraceExpressionFunction>(symbol);
-}
-
 int trace(ExprOptions const& options, std::ostream& out) {
     BtExpTraceReport report;
-    findTraceFunction()(options.text, report);
+    findEntryPoint<BtTraceExpressionFunction>(BT_TRACE_EXPRESSION_SYMBOL)(options.text, report);
     for (std::string const& call : report.calls)
         out << call << '\n';
     if (report.accepted)

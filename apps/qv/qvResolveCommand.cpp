@@ -1,10 +1,9 @@
 // qv resolve: a sequence path resolved against the disk, as the tools would
 // store it, with its files or its parts on request.
 #include "btSequencePathReport.h"
-#include "exBase.h"
 #include "qvCommands.h"
+#include "qvEntryPoint.h"
 
-#include <dlfcn.h>
 #include <iostream>
 #include <memory>
 
@@ -18,18 +17,11 @@ struct ResolveOptions {
     bool info = false;
 };
 
-BtReportSequencePathFunction findReportFunction() {
-    void* symbol = dlsym(RTLD_DEFAULT, BT_REPORT_SEQUENCE_PATH_SYMBOL);
-    if (!symbol)
-        throw ExBase(__FILE__, __LINE__,
-                     std::string("the tool library has no ") + BT_REPORT_SEQUENCE_PATH_SYMBOL);
-    return reinterpret_cast<BtReportSequencePathFunction>(symbol);
-}
-
 int resolve(ResolveOptions const& options, std::ostream& out) {
     BtSequencePathReport report;
     try {
-        findReportFunction()(options.path, options.files, report);
+        findEntryPoint<BtReportSequencePathFunction>(BT_REPORT_SEQUENCE_PATH_SYMBOL)(options.path,
+                                                                                     options.files, report);
     } catch (std::exception const& error) {
         std::cerr << "error: " << error.what() << '\n';
         return 1;
