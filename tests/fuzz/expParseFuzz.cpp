@@ -3,7 +3,6 @@
 // foreign exception) is a fault. Each text is also parsed a second time from
 // inside a listener of the first parse, which must hear exactly the same and
 // leave the outer parse hearing what a plain parse hears.
-#include "btExpEx.h"
 #include "btExpParser.h"
 #include "btExpTracer.h"
 #include "msgFileGuard.h"
@@ -11,40 +10,20 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <sstream>
 #include <string>
-#include <vector>
 
 namespace {
 
-struct Outcome {
-    std::vector<std::string> calls;
-    bool accepted = false;
-    int first = 0;
-    int last = 0;
-    std::string reason;
-    bool operator==(Outcome const&) const = default;
-};
-
-Outcome parse(Qv::BtExpTracer& tracer, std::string const& text) {
-    Outcome outcome;
-    std::istringstream input(text);
-    try {
-        Qv::btExpParse(tracer, input);
-        outcome.accepted = true;
-    } catch (Qv::BtExpEx const& error) {
-        outcome.first = error.getFirstColumn();
-        outcome.last = error.getLastColumn();
-        outcome.reason = error.getReason();
-        int const end = static_cast<int>(text.size()) + 1;
-        if (outcome.first < 1 || outcome.first > outcome.last || outcome.last > end)
-            __builtin_trap();
-    }
-    outcome.calls = tracer.getCalls();
-    return outcome;
+Qv::BtExpTraceReport checkedTrace(Qv::BtExpTracer& tracer, std::string const& text) {
+    Qv::BtExpTraceReport report = tracer.trace(text);
+    int const end = static_cast<int>(text.size()) + 1;
+    if (!report.accepted && (report.firstColumn < 1 || report.firstColumn > report.lastColumn ||
+                             report.lastColumn > end || report.reason.empty()))
+        __builtin_trap();
+    return report;
 }
 
-// At its first call, parses the same text again from inside the parse.
+// At its first operand, parses the same text again from inside the parse.
 class NestingTracer : public Qv::BtExpTracer {
 public:
     explicit NestingTracer(std::string const& text) : _text(text) {}
@@ -64,7 +43,7 @@ public:
         nest();
         return BtExpTracer::onUnknownToken(text, first, last);
     }
-    Outcome _nested;
+    Qv::BtExpTraceReport _nested;
 
 private:
     void nest() {
@@ -72,7 +51,7 @@ private:
             return;
         _nesting = true;
         Qv::RCShdPtr<Qv::BtExpTracer> inner(new Qv::BtExpTracer);
-        _nested = parse(*inner, _text);
+        _nested = checkedTrace(*inner, _text);
     }
     std::string const& _text;
     bool _nesting = false;
@@ -89,9 +68,10 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     std::string const text(reinterpret_cast<char const*>(data), size);
     Qv::RCShdPtr<Qv::BtExpTracer> plain(new Qv::BtExpTracer);
-    Outcome const once = parse(*plain, text);
+    Qv::BtExpTraceReport const once = checkedTrace(*plain, text);
     Qv::RCShdPtr<NestingTracer> nesting(new NestingTracer(text));
-    Outcome const outer = parse(*nesting, text);
+    Qv::BtExpTraceReport const outer = checkedTrace(*nesting, text);
+    // Every parse that hears anything hears an operand first.
     if (!(outer == once) || (!once.calls.empty() && !(nesting->_nested == once)))
         __builtin_trap();
     return 0;

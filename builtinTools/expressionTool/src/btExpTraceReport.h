@@ -15,6 +15,8 @@ struct BtExpTraceReport {
     int firstColumn = 0;
     int lastColumn = 0;
     std::string reason;
+
+    bool operator==(BtExpTraceReport const&) const = default;
 };
 
 // Parses text with a tracing listener. A refused text is reported, not thrown.

@@ -1,6 +1,25 @@
 #include "btExpTracer.h"
 
+#include "btExpParser.h"
+
+#include <sstream>
+
 namespace Qv {
+
+BtExpTraceReport BtExpTracer::trace(std::string const& text) {
+    BtExpTraceReport report;
+    std::istringstream input(text);
+    try {
+        btExpParse(*this, input);
+        report.accepted = true;
+    } catch (BtExpEx const& error) {
+        report.firstColumn = error.getFirstColumn();
+        report.lastColumn = error.getLastColumn();
+        report.reason = error.getReason();
+    }
+    report.calls = _calls;
+    return report;
+}
 
 void BtExpTracer::beginParse() {
     BtExpParserProtocol::beginParse();

@@ -4,6 +4,7 @@
 // separated by single blanks (`onBinaryOperator "+" 2 3`). It accepts every
 // call; an unknown character is refused as by the base listener.
 #include "btExpParserProtocol.h"
+#include "btExpTraceReport.h"
 
 #include <string>
 #include <vector>
@@ -14,6 +15,9 @@ class BtExpTracer : public BtExpParserProtocol {
 public:
     BtExpTracer() = default;
 
+    // Parses text with this listener: its calls, and whether and where the
+    // text was refused. Exceptions other than BtExpEx pass through.
+    BtExpTraceReport trace(std::string const& text);
     // The lines of the last parse.
     std::vector<std::string> const& getCalls() const { return _calls; }
 

@@ -145,4 +145,10 @@ TEST(ScannerInput, ReadsTextsLongerThanItsBuffer) {
     EXPECT_EQ(tokens[4], "NUMBER \"2\" 20004 20005");
 }
 
+// The scanner's own faults end the process with flex's message and status 2.
+TEST(ScannerFaultsDeathTest, AreFatal) {
+    EXPECT_EXIT(Qv::BtExpScannerControl::popInput(Qv::BtExpScannerControl::create()),
+                ::testing::ExitedWithCode(2), "start-condition stack underflow");
+}
+
 } // namespace
