@@ -2,7 +2,7 @@
 // A run of pixels from one pixel format to another, the kernel of copies and
 // format changes: a plain copy for equal formats, component by component for
 // equal counts, and through RGBA floats when the component counts differ.
-#include "ipHalfConvert.h"
+#include "ipComponentConvert.h"
 #include "ixPixelTypes.h"
 
 #include <cstring>
@@ -20,6 +20,8 @@ void ipConvertRow(S const* src, D* dst, int count) {
             ipFloatToHalf(src, dst, n);
         else if constexpr (std::is_same_v<S, IxHalf> && std::is_same_v<D, float>)
             ipHalfToFloat(src, dst, n);
+        else if constexpr (std::is_same_v<S, float> && std::is_same_v<D, std::uint8_t>)
+            ipFloatToUint8(src, dst, n);
         else
             for (std::size_t i = 0; i < n; ++i)
                 dst[i] = IxComponent<D>::fromFloat(IxComponent<S>::toFloat(src[i]));

@@ -1,4 +1,4 @@
-#include "ipHalfConvert.h"
+#include "ipComponentConvert.h"
 
 #if defined(__x86_64__) || defined(__i386__)
 #include <immintrin.h>
@@ -50,6 +50,29 @@ void ipHalfToFloat(IxHalf const* src, float* dst, std::size_t count) {
 #endif
     for (std::size_t i = 0; i < count; ++i)
         dst[i] = static_cast<float>(src[i]);
+}
+
+void ipFloatToUint8(float const* src, std::uint8_t* dst, std::size_t count) {
+    std::size_t i = 0;
+#ifdef __SSE2__
+    // min(1, v) then max(., 0) in this operand order turns NaN into 0, as the
+    // scalar form does; truncating v * 255 + 0.5 rounds to the nearest step.
+    __m128 const one = _mm_set1_ps(1.0f);
+    __m128 const zero = _mm_setzero_ps();
+    __m128 const scale = _mm_set1_ps(255.0f);
+    __m128 const half = _mm_set1_ps(0.5f);
+    auto convert4 = [&](float const* p) {
+        __m128 const clamped = _mm_max_ps(_mm_min_ps(one, _mm_loadu_ps(p)), zero);
+        return _mm_cvttps_epi32(_mm_add_ps(_mm_mul_ps(clamped, scale), half));
+    };
+    for (; i + 16 <= count; i += 16) {
+        __m128i const low = _mm_packs_epi32(convert4(src + i), convert4(src + i + 4));
+        __m128i const high = _mm_packs_epi32(convert4(src + i + 8), convert4(src + i + 12));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i), _mm_packus_epi16(low, high));
+    }
+#endif
+    for (; i < count; ++i)
+        dst[i] = IxComponent<std::uint8_t>::fromFloat(src[i]);
 }
 
 } // namespace Qv
