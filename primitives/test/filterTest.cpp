@@ -11,10 +11,6 @@ using namespace Qv::IxTest;
 
 namespace {
 
-using F = IxPixelFormat;
-using Rect = GeRectangle<int>;
-using Rgba = CoRgbaColorTyped<float>;
-
 Rgba const COLOUR{0.25f, 0.5f, 0.75f, 1.0f};
 
 void expectNear(Rgba const& a, Rgba const& b, float tolerance) {

@@ -17,10 +17,6 @@ using namespace Qv::IxTest;
 
 namespace {
 
-using F = IxPixelFormat;
-using Rect = GeRectangle<int>;
-using Rgba = CoRgbaColorTyped<float>;
-
 // Values on the 8-bit grid, different in every component and pixel.
 Rgba gridColour(int x, int y) {
     auto step = [](int k) { return static_cast<float>((k % 256 + 256) % 256) / 255.0f; };

@@ -11,10 +11,6 @@ using namespace Qv::IxTest;
 
 namespace {
 
-using F = IxPixelFormat;
-using Rect = GeRectangle<int>;
-using Rgba = CoRgbaColorTyped<float>;
-
 Rgba read(IxTile const& tile, int x, int y) {
     return IxPixelUtil::getPixelColor(IxReadGuard(tile), x, y);
 }

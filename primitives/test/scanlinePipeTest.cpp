@@ -10,10 +10,6 @@ using namespace Qv::IxTest;
 
 namespace {
 
-using F = IxPixelFormat;
-using Rect = GeRectangle<int>;
-using Rgba = CoRgbaColorTyped<float>;
-
 // The mean of rows y - 1, y, y + 1 of its input, counting the rows it makes.
 class VerticalMean : public IpScanlinePipeOutput<Rgba> {
 public:

@@ -36,6 +36,19 @@ inline float const* floats(float const* p) {
 template <class T>
 constexpr int COMPONENTS = sizeof(T) / sizeof(float);
 
+// d[i] = op(d[i], a[i]) over every float of the shared columns.
+template <class T, class Op>
+void combine(IxScanline<T>& dst, IxScanline<T> const& src, GeInterval<int> const* interval, Op op) {
+    GeInterval<int> const s = span(dst, src, interval);
+    if (s.isEmpty())
+        return;
+    float* d = floats(&dst[s.x1]);
+    float const* a = floats(&src[s.x1]);
+    int const n = s.getLength() * COMPONENTS<T>;
+    for (int i = 0; i < n; ++i)
+        d[i] = op(d[i], a[i]);
+}
+
 } // namespace
 
 template <class T>
@@ -48,27 +61,13 @@ void IxScanlineUtil::set(IxScanline<T>& scanline, T const& value, GeInterval<int
 template <class T>
 void IxScanlineUtil::accumulateScanline(IxScanline<T>& dst, IxScanline<T> const& src,
                                         GeInterval<int> const* interval) {
-    GeInterval<int> const s = span(dst, src, interval);
-    if (s.isEmpty())
-        return;
-    float* d = floats(&dst[s.x1]);
-    float const* a = floats(&src[s.x1]);
-    int const n = s.getLength() * COMPONENTS<T>;
-    for (int i = 0; i < n; ++i)
-        d[i] += a[i];
+    combine(dst, src, interval, [](float d, float a) { return d + a; });
 }
 
 template <class T>
 void IxScanlineUtil::scaleScanline(IxScanline<T>& dst, IxScanline<T> const& src, float factor,
                                    GeInterval<int> const* interval) {
-    GeInterval<int> const s = span(dst, src, interval);
-    if (s.isEmpty())
-        return;
-    float* d = floats(&dst[s.x1]);
-    float const* a = floats(&src[s.x1]);
-    int const n = s.getLength() * COMPONENTS<T>;
-    for (int i = 0; i < n; ++i)
-        d[i] = a[i] * factor;
+    combine(dst, src, interval, [factor](float, float a) { return a * factor; });
 }
 
 void IxScanlineUtil::extractChannel(IxScanline<float>& dst, int index, IxScanline<Rgba> const& src,

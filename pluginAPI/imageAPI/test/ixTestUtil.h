@@ -10,6 +10,11 @@
 
 namespace Qv::IxTest {
 
+// The short names every image test uses.
+using F = IxPixelFormat;
+using Rect = GeRectangle<int>;
+using Rgba = CoRgbaColorTyped<float>;
+
 // The text of the assertion that `work` raised, or "" if it raised none.
 inline std::string assertionText(std::function<void()> const& work) {
     try {

@@ -8,8 +8,6 @@ using namespace Qv::IxTest;
 
 namespace {
 
-using F = IxPixelFormat;
-
 TEST(IxPixelFormatTest, ConstructorChecksCompsThenDepthThenAspect) {
     char const* const compsText = "_comps == ALPHA || _comps == RGB || _comps == RGBA";
     char const* const depthText =

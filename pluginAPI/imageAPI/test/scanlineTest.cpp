@@ -12,9 +12,6 @@ using namespace Qv::IxTest;
 
 namespace {
 
-using F = IxPixelFormat;
-using Rect = GeRectangle<int>;
-using Rgba = CoRgbaColorTyped<float>;
 using Line = IxScanline<float>;
 using Pad = IxPaddingPolicy<float>;
 

@@ -13,10 +13,6 @@ using namespace Qv::IxTest;
 
 namespace {
 
-using F = IxPixelFormat;
-using Rect = GeRectangle<int>;
-using Rgba = CoRgbaColorTyped<float>;
-
 F const RGBA32{F::RGBA, F::FLOAT32};
 
 // Reaches the protected statics as the code that manages memory does.
