@@ -3,11 +3,7 @@
 # failure when the tool library cannot be loaded.
 set -u
 qv="$1"
-failures=0
-passes=0
-check() { # description, condition
-    if eval "$2"; then echo "ok: $1"; passes=$((passes + 1)); else echo "FAILED: $1"; failures=$((failures + 1)); fi
-}
+source "$(dirname "$0")/cliChecks.sh"
 
 version=$("$qv" version)
 check "version exits 0" "[[ $? -eq 0 ]]"
@@ -33,5 +29,4 @@ check "help lists the subcommands" "grep -q 'packages' <<<\"\$help\" && grep -q 
 "$qv" nosuchcommand >/dev/null 2>&1
 check "an unknown subcommand fails" "[[ $? -ne 0 ]]"
 
-echo "$passes passed, $failures failed"
-[[ $failures -eq 0 ]]
+finishChecks

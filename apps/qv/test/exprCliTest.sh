@@ -3,11 +3,7 @@
 # error line and status of a refused text.
 set -u
 qv="$1"
-failures=0
-passes=0
-check() { # description, condition
-    if eval "$2"; then echo "ok: $1"; passes=$((passes + 1)); else echo "FAILED: $1"; failures=$((failures + 1)); fi
-}
+source "$(dirname "$0")/cliChecks.sh"
 
 out=$("$qv" expr --trace '1+2')
 check "an accepted text exits 0" "[[ $? -eq 0 ]]"
@@ -37,5 +33,4 @@ check "an empty text is refused at columns 1 and 1" "[[ $? -eq 1 && \"\$out\" ==
 "$qv" expr >/dev/null 2>&1
 check "a missing text is refused" "[[ $? -ne 0 ]]"
 
-echo "$passes passed, $failures failed"
-[[ $failures -eq 0 ]]
+finishChecks

@@ -3,11 +3,7 @@
 # the file list, the parts of a path, and one-line errors.
 set -u
 qv="$1"
-failures=0
-passes=0
-check() { # description, condition
-    if eval "$2"; then echo "ok: $1"; passes=$((passes + 1)); else echo "FAILED: $1"; failures=$((failures + 1)); fi
-}
+source "$(dirname "$0")/cliChecks.sh"
 
 dir=$(mktemp -d)
 trap 'rm -rf "$dir"' EXIT
@@ -51,5 +47,4 @@ check "a missing folder under a wildcard exits 1" "[[ $? -eq 1 && \"\$errors\" =
 "$qv" resolve >/dev/null 2>&1
 check "a missing path is refused" "[[ $? -ne 0 ]]"
 
-echo "$passes passed, $failures failed"
-[[ $failures -eq 0 ]]
+finishChecks
