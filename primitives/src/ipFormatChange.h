@@ -11,12 +11,4 @@ namespace Qv {
 // FLOAT16 rounds to nearest even. COMPLEX pixels throw IxEx::ExUnsupportedFormat.
 void ipFormatChange(IxWriteGuard const& dst, IxReadGuard const& src,
                     GeRectangle<int> const* region = nullptr);
-
-// The source's pixels of srcRegion (null: all of them) put at dstRegion's
-// corner (null: where they are), over dstRegion narrowed to the destination;
-// converted when the formats differ, the source's fill colour where it has
-// no pixel.
-void ipCopy(IxWriteGuard const& dst, IxReadGuard const& src, GeRectangle<int> const* dstRegion = nullptr,
-            GeRectangle<int> const* srcRegion = nullptr);
-
 } // namespace Qv

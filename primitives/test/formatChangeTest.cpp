@@ -1,5 +1,6 @@
 #include "ipArithmetic.h"
 #include "ipAspectChange.h"
+#include "ipCopy.h"
 #include "ipFormatChange.h"
 #include "ipGradient.h"
 #include "ipPixelOps.h"
