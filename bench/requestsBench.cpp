@@ -5,6 +5,7 @@
 //              against the same tasks in a loop on one thread
 // Each measure is the median of several repetitions, ours and the anchor
 // taking turns.
+#include "benchTiming.h"
 #include "cbHandler.h"
 #include "pxParallelProc.h"
 #include "pxRequestMgr.h"
@@ -20,14 +21,15 @@
 namespace {
 
 using namespace Qv;
-using Clock = std::chrono::steady_clock;
 
 constexpr int REPETITIONS = 31;
 
-// Keeps a computed value from being optimised away.
-template <class T>
-void keep(T const& value) {
-    asm volatile("" : : "r,m"(value) : "memory");
+using QvBench::keep;
+
+// Median times in seconds of `ours` and `anchor`, taking turns.
+std::pair<double, double> medians(std::function<void()> const& ours, std::function<void()> const& anchor) {
+    std::vector<double> const times = QvBench::mediansInTurns({ours, anchor}, REPETITIONS);
+    return {times[0], times[1]};
 }
 
 // A little integer work that the compiler cannot fold.
@@ -39,31 +41,6 @@ std::uint64_t mix(std::uint64_t seed, int rounds) {
         x ^= x >> 29;
     }
     return x;
-}
-
-double seconds(std::function<void()> const& run) {
-    Clock::time_point const start = Clock::now();
-    run();
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double medianOf(std::vector<double>& times) {
-    std::nth_element(times.begin(), times.begin() + times.size() / 2, times.end());
-    return times[times.size() / 2];
-}
-
-// Median times in seconds of `ours` and `anchor`, run in turns after one
-// warm-up each, so that both see the same moments of a noisy machine.
-std::pair<double, double> medians(std::function<void()> const& ours, std::function<void()> const& anchor) {
-    ours();
-    anchor();
-    std::vector<double> oursTimes;
-    std::vector<double> anchorTimes;
-    for (int i = 0; i < REPETITIONS; ++i) {
-        oursTimes.push_back(seconds(ours));
-        anchorTimes.push_back(seconds(anchor));
-    }
-    return {medianOf(oursTimes), medianOf(anchorTimes)};
 }
 
 class EmptyRequest : public PxRequest {

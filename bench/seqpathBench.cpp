@@ -3,6 +3,7 @@
 // lists the folder once and does linear work per name, so the ratio should
 // stay flat as the folder grows. Each measure is the median of several
 // repetitions, ours and the listing taking turns.
+#include "benchTiming.h"
 #include "btSequencePathParser.h"
 
 #include <algorithm>
@@ -19,31 +20,12 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 constexpr int REPETITIONS = 15;
 
-double seconds(std::function<void()> const& run) {
-    Clock::time_point const start = Clock::now();
-    run();
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double medianOf(std::vector<double>& times) {
-    std::nth_element(times.begin(), times.begin() + times.size() / 2, times.end());
-    return times[times.size() / 2];
-}
-
+// Median times in seconds of `ours` and `anchor`, taking turns.
 std::pair<double, double> medians(std::function<void()> const& ours, std::function<void()> const& anchor) {
-    ours();
-    anchor();
-    std::vector<double> oursTimes;
-    std::vector<double> anchorTimes;
-    for (int i = 0; i < REPETITIONS; ++i) {
-        oursTimes.push_back(seconds(ours));
-        anchorTimes.push_back(seconds(anchor));
-    }
-    return {medianOf(oursTimes), medianOf(anchorTimes)};
+    std::vector<double> const times = QvBench::mediansInTurns({ours, anchor}, REPETITIONS);
+    return {times[0], times[1]};
 }
 
 // A scratch folder of n files p.000001.exr ... with a gap every 1,000 frames,
