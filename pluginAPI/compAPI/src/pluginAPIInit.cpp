@@ -1,6 +1,8 @@
 // The platform package "pluginAPI": composition graph and tools.
 #include "inInit.h"
 #include "inPlatformPackages.h"
+#include "piProjectSettings.h"
+#include "piUserSettings.h"
 
 namespace Qv {
 
@@ -12,10 +14,16 @@ InInit<QvInit::pluginAPI>::InInit() : InPackageInit("pluginAPI") {
 }
 
 template <>
-void InInit<QvInit::pluginAPI>::initialize() {}
+void InInit<QvInit::pluginAPI>::initialize() {
+    PiProjectSettings::initialize();
+    PiUserSettings::initialize();
+}
 
 template <>
-void InInit<QvInit::pluginAPI>::finalize() {}
+void InInit<QvInit::pluginAPI>::finalize() {
+    PiUserSettings::finalize();
+    PiProjectSettings::finalize();
+}
 
 namespace {
 InInit<QvInit::pluginAPI> gPackage;

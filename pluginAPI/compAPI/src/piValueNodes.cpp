@@ -1,0 +1,42 @@
+#include "piValueNodes.h"
+
+#include "piValueNodeController.h"
+
+namespace Qv::PiValueNodes {
+
+namespace {
+
+template <class T>
+OPtrRet<PiNodeController> create(RCShdPtr<PiInputPolicy const> const& policy,
+                                 std::optional<PiNodeSpec::Curve> const& curve) {
+    bool linear = policy->getDefaultInterpolationType() == PiInputPolicy::INTERPOLATION_LINEAR;
+    PiVariant start = policy->getDefault();
+    T const* initial = std::get_if<T>(&start);
+    auto controller =
+        std::make_unique<PiValueNodeController<T>>(PiCurve<T>(initial ? *initial : T{}, linear));
+    if (curve)
+        controller->restoreVariants(curve->constant, curve->keyframes);
+    return controller;
+}
+
+} // namespace
+
+OPtrRet<PiNodeController> createController(PiSocketType type, RCShdPtr<PiInputPolicy const> const& policy,
+                                           std::optional<PiNodeSpec::Curve> const& curve) {
+    switch (type.getType()) {
+    case PiSocketType::BOOLEAN:
+        return create<bool>(policy, curve);
+    case PiSocketType::INTEGER:
+        return create<int>(policy, curve);
+    case PiSocketType::DOUBLE:
+        return create<double>(policy, curve);
+    case PiSocketType::STRING:
+        return create<std::string>(policy, curve);
+    case PiSocketType::IMAGE:
+        break;
+    }
+    QV_ASSERT(type.isValue());
+    return nullptr;
+}
+
+} // namespace Qv::PiValueNodes

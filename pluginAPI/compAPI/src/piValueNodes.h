@@ -1,0 +1,16 @@
+#pragma once
+// Makes the controller of a value node for an input's type.
+#include "exBase.h"
+#include "piInputPolicy.h"
+#include "piNodeSpec.h"
+
+namespace Qv {
+
+namespace PiValueNodes {
+// Starts from `curve` when given, else from the policy's default. Throws
+// PiEx::ExBadValue when the stored curve holds values of another type.
+OPtrRet<PiNodeController> createController(PiSocketType type, RCShdPtr<PiInputPolicy const> const& policy,
+                                           std::optional<PiNodeSpec::Curve> const& curve);
+} // namespace PiValueNodes
+
+} // namespace Qv

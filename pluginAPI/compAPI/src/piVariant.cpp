@@ -1,0 +1,172 @@
+#include "piVariant.h"
+
+#include "piEx.h"
+
+#include <charconv>
+#include <cmath>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+namespace Qv::PiVariantUtil {
+
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+    constexpr std::string_view blanks = " \t\r\n";
+    std::size_t first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+// from_chars ignores the locale and must take the whole text.
+template <class T>
+bool parseNumber(std::string_view text, T& value) {
+    text = trimmed(text);
+    if (!text.empty() && text.front() == '+')
+        text.remove_prefix(1);
+    char const* end = text.data() + text.size();
+    auto [ptr, error] = std::from_chars(text.data(), end, value);
+    return error == std::errc() && ptr == end && !text.empty();
+}
+
+[[noreturn]] void throwBadValue(std::string_view text, std::string_view typeName) {
+    throw PiEx::ExBadValue(__FILE__, __LINE__, fmt::format("'{}' is not a value of type {}", text, typeName));
+}
+
+template <class T>
+T parseOrThrow(std::string_view text, std::string_view typeName) {
+    T value{};
+    if (!parseNumber(text, value))
+        throwBadValue(text, typeName);
+    if constexpr (std::is_floating_point_v<T>) {
+        if (!std::isfinite(value))
+            throwBadValue(text, typeName);
+    }
+    return value;
+}
+
+bool parseBool(std::string_view text, std::string_view typeName) {
+    std::string_view value = trimmed(text);
+    if (value == "true" || value == "1")
+        return true;
+    if (value == "false" || value == "0")
+        return false;
+    throwBadValue(text, typeName);
+}
+
+std::vector<double> parseDoubles(std::string_view text) {
+    std::vector<double> values;
+    std::size_t pos = 0;
+    while (true) {
+        pos = text.find_first_not_of(" \t\r\n", pos);
+        if (pos == std::string_view::npos)
+            break;
+        std::size_t end = text.find_first_of(" \t\r\n", pos);
+        std::string_view item =
+            text.substr(pos, end == std::string_view::npos ? text.size() - pos : end - pos);
+        values.push_back(parseOrThrow<double>(item, "doubles"));
+        pos = end;
+    }
+    return values;
+}
+
+} // namespace
+
+std::string toString(PiVariant const& value) {
+    return std::visit(
+        [](auto const& v) -> std::string {
+            using T = std::decay_t<decltype(v)>;
+            if constexpr (std::is_same_v<T, std::monostate>)
+                return "";
+            else if constexpr (std::is_same_v<T, bool>)
+                return v ? "true" : "false";
+            else if constexpr (std::is_same_v<T, std::string>)
+                return v;
+            else if constexpr (std::is_same_v<T, std::vector<double>>)
+                return fmt::format("{}", fmt::join(v, " "));
+            else
+                return fmt::format("{}", v);
+        },
+        value);
+}
+
+PiVariant fromString(PiSocketType type, std::string_view text) {
+    std::string name = PiSocketType::typeToString(type);
+    switch (type.getType()) {
+    case PiSocketType::BOOLEAN:
+        return parseBool(text, name);
+    case PiSocketType::DOUBLE:
+        return parseOrThrow<double>(text, name);
+    case PiSocketType::INTEGER:
+        return parseOrThrow<int>(text, name);
+    case PiSocketType::STRING:
+        return std::string(text);
+    case PiSocketType::IMAGE:
+        break;
+    }
+    throwBadValue(text, name);
+}
+
+PiVariant fromString(PiValueType type, std::string_view text) {
+    std::string name = valueTypeToString(type);
+    switch (type) {
+    case PiValueType::BOOL:
+        return parseBool(text, name);
+    case PiValueType::INT:
+        return parseOrThrow<int>(text, name);
+    case PiValueType::LONG_LONG:
+        return parseOrThrow<long long>(text, name);
+    case PiValueType::DOUBLE:
+        return parseOrThrow<double>(text, name);
+    case PiValueType::STRING:
+        return std::string(text);
+    case PiValueType::DOUBLE_ARRAY:
+        return parseDoubles(text);
+    }
+    throwBadValue(text, name);
+}
+
+PiVariant getZero(PiSocketType type) {
+    switch (type.getType()) {
+    case PiSocketType::BOOLEAN:
+        return false;
+    case PiSocketType::DOUBLE:
+        return 0.0;
+    case PiSocketType::INTEGER:
+        return 0;
+    case PiSocketType::STRING:
+        return std::string();
+    case PiSocketType::IMAGE:
+        break;
+    }
+    return {};
+}
+
+PiVariant getZero(PiValueType type) {
+    switch (type) {
+    case PiValueType::BOOL:
+        return false;
+    case PiValueType::INT:
+        return 0;
+    case PiValueType::LONG_LONG:
+        return 0LL;
+    case PiValueType::DOUBLE:
+        return 0.0;
+    case PiValueType::STRING:
+        return std::string();
+    case PiValueType::DOUBLE_ARRAY:
+        return std::vector<double>();
+    }
+    return {};
+}
+
+bool holdsType(PiVariant const& value, PiSocketType type) {
+    return value.index() == getZero(type).index() && !std::holds_alternative<std::monostate>(value);
+}
+
+bool holdsType(PiVariant const& value, PiValueType type) {
+    return value.index() == getZero(type).index();
+}
+
+} // namespace Qv::PiVariantUtil
