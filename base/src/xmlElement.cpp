@@ -112,13 +112,18 @@ public:
     static constexpr int MAX_DEPTH = 1000;
 
     XmlTreeBuilder(std::string_view text, std::string_view sourceName)
-        : _text(text), _sourceName(sourceName) {}
+        : _text(text), _sourceName(sourceName) {
+        for (std::size_t i = 0; i < text.size(); ++i)
+            if (text[i] == '\n')
+                _newlines.push_back(i);
+    }
 
     XmlElement build(pugi::xml_node node, int depth = 1) const {
         if (depth > MAX_DEPTH)
             throwParseError(_text, _sourceName, node.offset_debug(),
                             fmt::format("elements nested deeper than {} levels", MAX_DEPTH));
         XmlElement element(XmlElement::Unchecked{}, node.name());
+        element._line = lineAt(node.offset_debug());
         for (pugi::xml_attribute attribute : node.attributes()) {
             std::string_view name = attribute.name();
             auto it = std::find_if(element._attributes.begin(), element._attributes.end(),
@@ -145,8 +150,16 @@ public:
     }
 
 private:
+    // Lines counted once for the whole text: a search per element, not a scan.
+    int lineAt(std::ptrdiff_t offset) const {
+        auto at = static_cast<std::size_t>(std::max<std::ptrdiff_t>(offset, 0));
+        return 1 +
+               static_cast<int>(std::lower_bound(_newlines.begin(), _newlines.end(), at) - _newlines.begin());
+    }
+
     std::string_view _text;
     std::string_view _sourceName;
+    std::vector<std::size_t> _newlines;
 };
 
 XmlElement::XmlElement(std::string name) : _name(std::move(name)) {

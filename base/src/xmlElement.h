@@ -28,6 +28,9 @@ public:
     static XmlElement parseFile(OsFilePath const& path);
 
     std::string const& getNodeName() const { return _name; }
+    // The line of the element's start tag in the parsed text; 0 for an
+    // element made in code. Lets a reader name the line of a bad value.
+    int getLine() const { return _line; }
 
     // The text of the element, its character data and CDATA sections joined.
     std::string const& getData() const { return _data; }
@@ -76,7 +79,11 @@ public:
     // Throws XmlEx::ExMissingElement.
     XmlElement const& getChild(std::string_view name) const;
 
-    friend bool operator==(XmlElement const&, XmlElement const&) = default;
+    // Same content, wherever each was read from.
+    friend bool operator==(XmlElement const& a, XmlElement const& b) {
+        return a._name == b._name && a._attributes == b._attributes && a._data == b._data &&
+               a._children == b._children;
+    }
 
 private:
     struct Unchecked {};
@@ -93,6 +100,7 @@ private:
     std::vector<Attribute> _attributes;
     std::string _data;
     std::list<XmlElement> _children;
+    int _line = 0;
 };
 
 } // namespace Qv

@@ -152,4 +152,15 @@ TEST_F(XmlTest, ParseErrorsNameTheSourceLineAndColumn) {
     EXPECT_THROW(XmlElement::parseFile(path("absent.xml")), OsFileEx::ExFileNotFound);
 }
 
+TEST_F(XmlTest, ParsedElementsKnowTheLineOfTheirStartTag) {
+    XmlElement root =
+        XmlElement::parse("<?xml version=\"1.0\"?>\n<a>\n  <b/>\n\n  <c>\n    <d/>\n  </c>\n</a>\n");
+    EXPECT_EQ(root.getLine(), 2);
+    EXPECT_EQ(root.getChild("b").getLine(), 3);
+    EXPECT_EQ(root.getChild("c").getLine(), 5);
+    EXPECT_EQ(root.getChild("c").getChild("d").getLine(), 6);
+    EXPECT_EQ(XmlElement("made").getLine(), 0);
+    EXPECT_EQ(root, XmlElement::parse(XmlWriter::toString(root))) << "the line is not part of the content";
+}
+
 } // namespace
