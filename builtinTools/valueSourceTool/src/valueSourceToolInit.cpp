@@ -2,9 +2,11 @@
 // registers the package's tools with the host.
 #include "valueSourceToolInit.h"
 
+#include "btValueSourceTool.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
 #include "lgGroups.h"
+#include "piToolRegistry.h"
 
 namespace Qv {
 
@@ -26,6 +28,7 @@ InInit<QvInit::valueSourceTool>::InInit() : InPackageInit("valueSourceTool") {
 template <>
 void InInit<QvInit::valueSourceTool>::initialize() {
     QV_CREATE_MINOR_GROUP("BuiltinTools", ValueSourceTool);
+    PiToolRegistry::getInstance().registerTool(std::make_unique<BtValueSourceTool>());
 }
 
 template <>
