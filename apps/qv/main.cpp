@@ -27,6 +27,10 @@ int main(int argc, char** argv) {
     addPackagesCommand(app, action);
     addResolveCommand(app, action);
     addExprCommand(app, action);
+    addEditCommands(app, action);
+    addToolsCommand(app, action);
+    addInfoCommand(app, action);
+    addEvalCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {

@@ -13,5 +13,10 @@ void addVersionCommand(CLI::App& app, QvAction& action);
 void addPackagesCommand(CLI::App& app, QvAction& action);
 void addResolveCommand(CLI::App& app, QvAction& action);
 void addExprCommand(CLI::App& app, QvAction& action);
+// new, add, set, connect.
+void addEditCommands(CLI::App& app, QvAction& action);
+void addToolsCommand(CLI::App& app, QvAction& action);
+void addInfoCommand(CLI::App& app, QvAction& action);
+void addEvalCommand(CLI::App& app, QvAction& action);
 
 } // namespace Qv

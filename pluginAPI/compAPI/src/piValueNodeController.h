@@ -45,8 +45,14 @@ public:
     PiVariant getConstantVariant() const override { return _curve.getConstant(); }
     std::vector<PiKeyframe> getKeyframeVariants() const override {
         std::vector<PiKeyframe> keys;
-        for (auto const& [time, value] : _curve.getKeys())
-            keys.push_back({time, value});
+        keys.reserve(_curve.getKeys().size());
+        for (auto const& [time, value] : _curve.getKeys()) {
+            // Filled in place: a moved temporary variant upsets the compiler's
+            // uninitialised-use analysis.
+            PiKeyframe& key = keys.emplace_back();
+            key.time = time;
+            key.value = value;
+        }
         return keys;
     }
     PiVariant getVariantAt(double time) const override { return getValue(time); }

@@ -1,0 +1,16 @@
+#pragma once
+// How the composition subcommands reach a file: read it, change it in one
+// undo step, and write it back atomically only when every change succeeded,
+// so that a refused edit leaves the file as it was.
+#include "piGraph.h"
+
+#include <functional>
+#include <string>
+
+namespace Qv::QvComposition {
+
+// Throws OmEx::ExBadComposition naming the file and the line.
+RCShdPtr<PiGraph> load(std::string const& path);
+void edit(std::string const& path, std::string const& label, std::function<void(PiGraph&)> const& change);
+
+} // namespace Qv::QvComposition

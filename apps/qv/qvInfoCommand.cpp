@@ -1,0 +1,72 @@
+// qv info: what a composition file holds.
+#include "piGraph.h"
+#include "qvCommands.h"
+#include "qvComposition.h"
+
+#include <memory>
+
+namespace Qv {
+
+namespace {
+
+std::string describeValue(PiValueInterfaceBase const& value) {
+    if (!value.isAnimated())
+        return PiVariantUtil::toString(value.getConstantVariant());
+    std::string text = "keyframes";
+    char const* separator = " ";
+    for (PiKeyframe const& key : value.getKeyframeVariants()) {
+        text += separator + PiVariantUtil::toString(key.time) + ": " + PiVariantUtil::toString(key.value);
+        separator = ", ";
+    }
+    return text;
+}
+
+void printGraph(PiGraph& graph, std::string const& prefix, std::ostream& out) {
+    for (RCShdPtr<PiNode> const& node : graph.getNodes()) {
+        std::string name = prefix + node->getName();
+        out << "node " << name << ": " << node->getToolName() << ", schema " << node->getSchemaNb()
+            << (node->getTool() ? "" : " (tool not available)") << '\n';
+        for (RCShdPtr<PiInput> const& input : node->getInputs())
+            if (input->hasValueNode())
+                out << "  " << name << '.' << input->getName() << " = "
+                    << describeValue(input->getValueInterface()) << '\n';
+        for (RCShdPtr<PiValue> const& value : node->getValues())
+            out << "  " << name << '.' << value->getName() << " = "
+                << PiVariantUtil::toString(value->getData()) << " (stored)\n";
+    }
+    auto connections = [&](RCShdPtr<PiNode> const& node) {
+        for (RCShdPtr<PiInput> const& input : node->getInputs()) {
+            RCShdPtr<PiInput> fed = input->hasValueNode()
+                                        ? input->getValueNode()->getInput(PiNode::getValueNodeInputName())
+                                        : input;
+            for (RCShdPtr<PiOutput> const& output : fed->getConnectedOutputs())
+                out << "connection " << prefix << output->getFullName() << " -> " << prefix
+                    << input->getFullName() << '\n';
+        }
+    };
+    for (RCShdPtr<PiNode> const& node : graph.getNodes())
+        connections(node);
+    for (RCShdPtr<PiNode> const& node : graph.getBoundaryNodes())
+        connections(node);
+    for (RCShdPtr<PiNode> const& node : graph.getNodes())
+        if (node->getInnerGraph())
+            printGraph(*node->getInnerGraph(), prefix + node->getName() + ".", out);
+}
+
+} // namespace
+
+void addInfoCommand(CLI::App& app, QvAction& action) {
+    auto composition = std::make_shared<std::string>();
+    CLI::App* command = app.add_subcommand(
+        "info", "Print the nodes of a composition (name, tool, schema), their values and the connections");
+    command->add_option("COMP", *composition, "The composition file")->required();
+    command->callback([&action, composition] {
+        action = [composition](std::ostream& out) {
+            RCShdPtr<PiGraph> graph = QvComposition::load(*composition);
+            printGraph(*graph, "", out);
+            return 0;
+        };
+    });
+}
+
+} // namespace Qv
