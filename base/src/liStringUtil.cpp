@@ -94,6 +94,14 @@ std::optional<int> LiStringUtil::tryConvertToInt(std::string_view text) {
     return parseWhole<int>(text);
 }
 
+std::optional<long long> LiStringUtil::tryConvertToLongLong(std::string_view text) {
+    return parseWhole<long long>(text);
+}
+
+std::optional<double> LiStringUtil::tryConvertToDouble(std::string_view text) {
+    return parseWhole<double>(text);
+}
+
 double LiStringUtil::convertToDouble(std::string_view text) {
     if (auto value = parseWhole<double>(text))
         return *value;

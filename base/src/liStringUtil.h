@@ -40,8 +40,10 @@ struct LiStringUtil {
     // anything else, or a value out of range, throws LiStringEx::ExBadNumber.
     static int convertToInt(std::string_view text);
     static std::optional<int> tryConvertToInt(std::string_view text);
+    static std::optional<long long> tryConvertToLongLong(std::string_view text);
     // The whole text must be one decimal floating-point number.
     static double convertToDouble(std::string_view text);
+    static std::optional<double> tryConvertToDouble(std::string_view text);
 
     // The character that stands in for those not allowed in a component name.
     static char getReplacementChar() { return '_'; }

@@ -35,23 +35,6 @@ class GroupPlaceholder : public PiGroupTopologyInterface,
                          public PiGroupInterface,
                          public virtual PiNodeController {};
 
-class GroupController : public PiGroupTopologyInterface,
-                        public PiGroupInterface,
-                        public PiToolInterface,
-                        public virtual PiNodeController {};
-
-ToolSpec groupTool(std::string name) {
-    ToolSpec spec;
-    spec.name = std::move(name);
-    spec.structure = SUPER_TOOL;
-    spec.describe = [](PiToolDescriptor& d) {
-        d.requires_("In", PiSocketType::DOUBLE, SINGLE);
-        d.produces("Out", PiSocketType::DOUBLE);
-    };
-    spec.createController = [] { return std::make_unique<GroupController>(); };
-    return spec;
-}
-
 class CompositionFile : public GraphTest {
 protected:
     void SetUp() override {

@@ -1,8 +1,8 @@
 #include "piVariant.h"
 
+#include "liStringUtil.h"
 #include "piEx.h"
 
-#include <charconv>
 #include <cmath>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -11,43 +11,32 @@ namespace Qv::PiVariantUtil {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\n";
-    std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-// from_chars ignores the locale and must take the whole text.
-template <class T>
-bool parseNumber(std::string_view text, T& value) {
-    text = trimmed(text);
-    if (!text.empty() && text.front() == '+')
-        text.remove_prefix(1);
-    char const* end = text.data() + text.size();
-    auto [ptr, error] = std::from_chars(text.data(), end, value);
-    return error == std::errc() && ptr == end && !text.empty();
-}
-
 [[noreturn]] void throwBadValue(std::string_view text, std::string_view typeName) {
     throw PiEx::ExBadValue(__FILE__, __LINE__, fmt::format("'{}' is not a value of type {}", text, typeName));
 }
 
+// Blanks around a number are layout; the number itself must be all the text.
 template <class T>
 T parseOrThrow(std::string_view text, std::string_view typeName) {
-    T value{};
-    if (!parseNumber(text, value))
+    std::string const number = LiStringUtil::trimLeadingAndTrailingSpaces(text);
+    std::optional<T> value;
+    if constexpr (std::is_same_v<T, int>)
+        value = LiStringUtil::tryConvertToInt(number);
+    else if constexpr (std::is_same_v<T, long long>)
+        value = LiStringUtil::tryConvertToLongLong(number);
+    else
+        value = LiStringUtil::tryConvertToDouble(number);
+    if (!value)
         throwBadValue(text, typeName);
     if constexpr (std::is_floating_point_v<T>) {
-        if (!std::isfinite(value))
+        if (!std::isfinite(*value))
             throwBadValue(text, typeName);
     }
-    return value;
+    return *value;
 }
 
 bool parseBool(std::string_view text, std::string_view typeName) {
-    std::string_view value = trimmed(text);
+    std::string const value = LiStringUtil::trimLeadingAndTrailingSpaces(text);
     if (value == "true" || value == "1")
         return true;
     if (value == "false" || value == "0")
@@ -57,17 +46,9 @@ bool parseBool(std::string_view text, std::string_view typeName) {
 
 std::vector<double> parseDoubles(std::string_view text) {
     std::vector<double> values;
-    std::size_t pos = 0;
-    while (true) {
-        pos = text.find_first_not_of(" \t\r\n", pos);
-        if (pos == std::string_view::npos)
-            break;
-        std::size_t end = text.find_first_of(" \t\r\n", pos);
-        std::string_view item =
-            text.substr(pos, end == std::string_view::npos ? text.size() - pos : end - pos);
-        values.push_back(parseOrThrow<double>(item, "doubles"));
-        pos = end;
-    }
+    for (std::string const& item : LiStringUtil::split(text, " \t\r\n"))
+        if (!item.empty())
+            values.push_back(parseOrThrow<double>(item, "doubles"));
     return values;
 }
 

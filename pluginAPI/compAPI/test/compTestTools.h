@@ -4,6 +4,8 @@
 #include "inInitMgr.h"
 #include "piAppThread.h"
 #include "piGraph.h"
+#include "piGroupInterface.h"
+#include "piGroupTopologyInterface.h"
 #include "piOstrandToolProtocol.h"
 #include "piRangeInputPolicy.h"
 #include "piToolInterface.h"
@@ -143,6 +145,24 @@ inline ToolSpec scaleTool(std::string name = "Scale") {
         controller->addInputPolicy("Gain", PiRangeInputPolicy<double>::create(0.0, 10.0, 1.0, true, false));
         return controller;
     };
+    return spec;
+}
+
+class GroupController : public PiGroupTopologyInterface,
+                        public PiGroupInterface,
+                        public PiToolInterface,
+                        public virtual PiNodeController {};
+
+// A super tool: its input "In" and output "Out" are boundary nodes inside.
+inline ToolSpec groupTool(std::string name = "Group") {
+    ToolSpec spec;
+    spec.name = std::move(name);
+    spec.structure = SUPER_TOOL;
+    spec.describe = [](PiToolDescriptor& d) {
+        d.requires_("In", PiSocketType::DOUBLE, SINGLE);
+        d.produces("Out", PiSocketType::DOUBLE);
+    };
+    spec.createController = [] { return std::make_unique<GroupController>(); };
     return spec;
 }
 

@@ -308,29 +308,8 @@ TEST_F(GraphWithScale, RemovingANodeDisconnectsItAndUndoBringsItBack) {
     EXPECT_EQ(evaluate(b->getOutput("Output")), 7.0);
 }
 
-namespace {
-
-class GroupController : public PiGroupTopologyInterface,
-                        public PiGroupInterface,
-                        public PiToolInterface,
-                        public virtual PiNodeController {};
-
-ToolSpec groupTool() {
-    ToolSpec spec;
-    spec.name = "Group";
-    spec.structure = SUPER_TOOL;
-    spec.describe = [](PiToolDescriptor& d) {
-        d.requires_("In", PiSocketType::DOUBLE, SINGLE);
-        d.produces("Out", PiSocketType::DOUBLE);
-    };
-    spec.createController = [] { return std::make_unique<GroupController>(); };
-    return spec;
-}
-
-} // namespace
-
 TEST_F(GraphWithScale, AGroupFeedsItsInnerGraphAndPublishesWhatItGives) {
-    ScopedTool group(groupTool());
+    ScopedTool group(groupTool("Group"));
     RCShdPtr<PiNode> g = _graph->createNode("Group", "G");
     RCShdPtr<PiGraph> inner = g->getInnerGraph();
     ASSERT_TRUE(inner);
