@@ -29,6 +29,9 @@ void print(RCShdPtr<PiOutput> const& output, double time, std::ostream& out) {
 int evaluate(EvalOptions const& options, std::ostream& out) {
     RCShdPtr<PiGraph> graph = QvComposition::load(options.composition);
     RCShdPtr<PiOutput> output = PiSocketUtil::findOutput(*graph, options.output);
+    if (output->getProcNode().isNull())
+        throw PiEx::ExUnknownSocket(__FILE__, __LINE__,
+                                    "output " + options.output + " gives nothing: nothing feeds it");
     switch (output->getType().getType()) {
     case PiSocketType::BOOLEAN:
         print<bool>(output, options.time, out);
