@@ -3,6 +3,7 @@
 #include "assertions.h"
 #include "lgLog.h"
 #include "pxEx.h"
+#include "pxSettings.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -61,18 +62,8 @@ thread_local ThreadState t_thread;
 constexpr int HELP_SCAN_LIMIT = 64;
 
 int readNbWorkers() {
-    char const* text = std::getenv("QV_WORKERS");
-    if (!text || !*text) {
-        unsigned const hardware = std::thread::hardware_concurrency();
-        return hardware > 0 ? int(hardware) : 1;
-    }
-    char* end = nullptr;
-    long const value = std::strtol(text, &end, 10);
-    if (*end != '\0' || value < 1 || value > 4096)
-        throw ExBase(__FILE__, __LINE__,
-                     std::string("QV_WORKERS must be a number of workers from 1 to 4096, not \"") + text +
-                         "\"");
-    return int(value);
+    unsigned const hardware = std::thread::hardware_concurrency();
+    return PxSettings::readCount("QV_WORKERS", hardware > 0 ? int(hardware) : 1, 4096);
 }
 
 [[noreturn]] void throwCancelled(PxRequest const& request) {
