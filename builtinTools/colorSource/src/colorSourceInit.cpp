@@ -2,6 +2,7 @@
 // registers the package's tools with the host.
 #include "colorSourceInit.h"
 
+#include "btColorSourceTool.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
 
@@ -19,7 +20,9 @@ InInit<QvInit::colorSource>::InInit() : InPackageInit("colorSource") {
 }
 
 template <>
-void InInit<QvInit::colorSource>::initialize() {}
+void InInit<QvInit::colorSource>::initialize() {
+    BtColorSourceTool::registerTool();
+}
 
 template <>
 void InInit<QvInit::colorSource>::finalize() {}

@@ -1,10 +1,13 @@
 // Package "missingTool": declares its dependencies at load; its initialise step
-// registers the package's tools with the host.
+// registers the placeholders of nodes whose tools this installation lacks.
 #include "missingToolInit.h"
 
+#include "btMissingSuperToolNodeController.h"
+#include "btMissingToolNodeController.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
 #include "msgFileGuard.h"
+#include "omGraphUtil.h"
 
 namespace Qv {
 
@@ -24,10 +27,18 @@ InInit<QvInit::missingTool>::InInit() : InPackageInit("missingTool") {
 template <>
 void InInit<QvInit::missingTool>::initialize() {
     MsgFileGuard catalogue("missingTool.msg");
+    BtMissingToolNodeController::subscribeMessages();
+    BtMissingToolNodeController::initializePolicies();
+    OmGraphUtil::registerMissingToolNodeCtrlFactory(&BtMissingToolNodeController::createMissing);
+    OmGraphUtil::registerBrokenToolNodeCtrlFactory(&BtMissingToolNodeController::createBroken);
+    BtMissingSuperToolNodeController::subscribeMessages();
+    OmGraphUtil::registerMissingSuperToolNodeCtrlFactory(&BtMissingSuperToolNodeController::create);
 }
 
 template <>
-void InInit<QvInit::missingTool>::finalize() {}
+void InInit<QvInit::missingTool>::finalize() {
+    BtMissingToolNodeController::finalizePolicies();
+}
 
 namespace {
 InInit<QvInit::missingTool> gPackage;

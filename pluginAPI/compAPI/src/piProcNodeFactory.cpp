@@ -1,5 +1,6 @@
 #include "piProcNodeFactory.h"
 
+#include "pxEmptyImageNode.h"
 #include "pxValueNodes.h"
 
 #include <string>
@@ -29,8 +30,12 @@ PxStrongHndl<PxNode const> PiProcNodeFactory::createGeneratorNode(PiSocketType t
         return constantNode(0);
     case PiSocketType::STRING:
         return constantNode(std::string());
-    case PiSocketType::IMAGE:
-        break;
+    case PiSocketType::IMAGE: {
+        PxNode::Init init;
+        PxStrongHndl<PxEmptyImageNode> node(new PxEmptyImageNode(init));
+        PxNode::init(node);
+        return node;
+    }
     }
     return {};
 }

@@ -1,5 +1,6 @@
 #include "piToolTopologyInterface.h"
 
+#include "piGraph.h"
 #include "piNode.h"
 #include "piNodeController.h"
 #include "piProcBuilder.h"
@@ -42,6 +43,17 @@ void PiToolTopologyInterface::forceCreateProcNodes() {
     RCShdPtr<PiNode> node = piControllerOf(*this).getNode();
     QV_ASSERT(node != nullptr);
     PiProcBuilder::rebuild({node.get()}, true);
+}
+
+void PiToolTopologyInterface::forceCreateProcNodesIfBuilt() {
+    RCShdPtr<PiNode> node = piControllerOf(*this).getNode();
+    if (!node || !node->getGraph())
+        return;
+    for (RCShdPtr<PiOutput> const& output : node->getOutputs())
+        if (!output->getProcNode().isNull()) {
+            forceCreateProcNodes();
+            return;
+        }
 }
 
 } // namespace Qv

@@ -46,6 +46,9 @@ public:
     // Rebuilds the node's processing nodes now, and those downstream whose
     // inputs change with them.
     void forceCreateProcNodes();
+    // The same, only when the node's processing nodes were built: a node still
+    // being made (its values restored) builds them later from what it holds.
+    void forceCreateProcNodesIfBuilt();
 };
 
 } // namespace Qv

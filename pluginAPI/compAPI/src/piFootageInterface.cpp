@@ -1,0 +1,7 @@
+#include "piFootageInterface.h"
+
+namespace Qv {
+
+PiFootageInterface::~PiFootageInterface() = default;
+
+} // namespace Qv

@@ -1,0 +1,34 @@
+#pragma once
+// A node seen as a clip: its frame rate, the shift of its source in time,
+// the times it starts and ends (seconds), and what it shows outside them.
+// The plain getters read what the node holds; the "Sync" getters evaluate
+// the value through the processing nodes at the composition's start, so that
+// a time driven by an expression gives what the expression computes.
+#include "rational.h"
+#include "rcShdPtr.h"
+
+namespace Qv {
+
+class PiOutput;
+
+class PiFootageInterface {
+public:
+    enum RepeatMode { REPEAT_NONE = 0, REPEAT_LOOP = 1, REPEAT_HOLD = 2 };
+
+    virtual ~PiFootageInterface();
+
+    virtual Rational getRate(RCShdPtr<PiOutput const> const& output) const = 0;
+    virtual void setOffset(double offset) = 0;
+    virtual double getOffset() const = 0;
+    virtual double getOffsetSync() const = 0;
+    virtual void setInTime(double time) = 0;
+    virtual double getInTime() const = 0;
+    virtual double getInTimeSync() const = 0;
+    virtual void setOutTime(double time) = 0;
+    virtual double getOutTime() const = 0;
+    virtual double getOutTimeSync() const = 0;
+    virtual void setRepeatMode(RepeatMode mode) = 0;
+    virtual RepeatMode getRepeatMode() const = 0;
+};
+
+} // namespace Qv
