@@ -1,6 +1,8 @@
-// The platform package "media": file formats.
+// The platform package "media": file formats and file-side images.
+#include "ffIOEx.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
+#include "msgFileGuard.h"
 
 namespace Qv {
 
@@ -12,7 +14,10 @@ InInit<QvInit::media>::InInit() : InPackageInit("media") {
 }
 
 template <>
-void InInit<QvInit::media>::initialize() {}
+void InInit<QvInit::media>::initialize() {
+    MsgFileGuard catalogue("fileFormat.msg");
+    FfIOEx::subscribeMessages();
+}
 
 template <>
 void InInit<QvInit::media>::finalize() {}

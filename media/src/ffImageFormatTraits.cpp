@@ -1,0 +1,58 @@
+#include "ffImageFormatTraits.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace Qv {
+
+namespace {
+
+using D = ImPixelFormat;
+
+// Rows of 64 lines: a multiple of every EXR compression's chunk (1, 16, 32)
+// and enough for the codec to run its chunks in parallel.
+std::vector<FfImageFormatTraits> const& table() {
+    static std::vector<FfImageFormatTraits> const formats{
+        {"openexr", "EXR", "exr", {D::ECR, D::HDR}, 4, 64},
+        {"tiff", "TIFF", "tif", {D::UINT16, D::UINT8, D::ECR, D::HDR}, 4, 64},
+        {"dpx", "DPX", "dpx", {D::UINT16, D::UINT8}, 4, 64},
+        {"cineon", "Cineon", "cin", {D::UINT16}, 3, 64},
+        {"png", "PNG", "png", {D::UINT8, D::UINT16}, 4, 64},
+        {"jpeg", "JPEG", "jpg", {D::UINT8}, 3, 64},
+        {"targa", "TGA", "tga", {D::UINT8}, 4, 64},
+        {"sgi", "SGI", "sgi", {D::UINT8, D::UINT16}, 4, 64},
+        {"hdr", "HDR", "hdr", {D::HDR}, 3, 64},
+    };
+    return formats;
+}
+
+} // namespace
+
+ImPixelFormat FfImageFormatTraits::storedDepth(ImPixelFormat wanted) const {
+    if (std::find(depths.begin(), depths.end(), wanted.getDepth()) != depths.end())
+        return wanted;
+    int best = -1;
+    for (D::Depth depth : depths) {
+        int const bits = ImPixelFormat(depth).getBitsPerComp();
+        bool const deeper = bits >= wanted.getBitsPerComp();
+        int const bestBits = best < 0 ? 0 : ImPixelFormat(static_cast<D::Depth>(best)).getBitsPerComp();
+        bool const bestDeeper = best >= 0 && bestBits >= wanted.getBitsPerComp();
+        if (best < 0 || (deeper && (!bestDeeper || bits < bestBits)) ||
+            (!deeper && !bestDeeper && bits > bestBits))
+            best = depth;
+    }
+    return static_cast<D::Depth>(best);
+}
+
+FfImageFormatTraits FfImageFormatTraits::find(std::string_view libraryName) {
+    for (FfImageFormatTraits const& traits : table())
+        if (traits.libraryName == libraryName)
+            return traits;
+    FfImageFormatTraits traits{
+        std::string(libraryName), std::string(libraryName), "", {D::UINT8, D::UINT16, D::ECR, D::HDR}, 4, 64};
+    std::transform(traits.name.begin(), traits.name.end(), traits.name.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return traits;
+}
+
+} // namespace Qv

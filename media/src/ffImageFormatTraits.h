@@ -1,0 +1,30 @@
+#pragma once
+// What this system knows of each image format beyond what the image library
+// says: its name here, the extension files get, the depths and component
+// counts it stores, and the rows it writes at once.
+#include "imPixelFormat.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Qv {
+
+struct FfImageFormatTraits {
+    std::string libraryName;                  // the image library's plug-in name: "openexr"
+    std::string name;                         // "EXR"
+    std::string extension;                    // first extension: "exr"
+    std::vector<ImPixelFormat::Depth> depths; // the depths it stores
+    int maxComps = 4;
+    int blockRows = 64;
+
+    // The depth stored for the one asked: itself when the format has it, else
+    // the closest deeper one, else the deepest.
+    ImPixelFormat storedDepth(ImPixelFormat wanted) const;
+
+    // The traits of a plug-in; a plug-in not in the table gets its name in
+    // upper case, every depth and 4 components.
+    static FfImageFormatTraits find(std::string_view libraryName);
+};
+
+} // namespace Qv

@@ -1,0 +1,65 @@
+#pragma once
+// Writes one image file through the image library, atomically: the pixels go
+// to a temporary file in the target's folder, renamed to the target when the
+// last row is written and the file closed. A writer destroyed before that, or
+// after a failure, removes the temporary file.
+//
+// Blocks come in rows of blocks from top to bottom. A block of whole rows in
+// the stored component count goes to the library as it is; narrower blocks
+// are gathered into a band of rows, written when the band is full.
+#include "ffFileFormatOptions.h"
+#include "ffImageFormatTraits.h"
+#include "geVector.h"
+#include "imImage.h"
+#include "osFilePath.h"
+
+#include <OpenImageIO/oiioversion.h>
+#include <memory>
+
+OIIO_NAMESPACE_BEGIN
+class ImageOutput;
+OIIO_NAMESPACE_END
+
+namespace Qv {
+
+class FfImageWriter {
+public:
+    // Throws FfIOEx::ExOpNotSupported for a format that cannot write,
+    // ExWriteError when the target's folder is not there.
+    FfImageWriter(OsFilePath const& path, FfImageFormatTraits const& traits);
+    ~FfImageWriter();
+
+    void setOptions(FfFileFormatOptionsPtr options) { _options = std::move(options); }
+    FfFileFormatOptions const& getOptions() const { return *_options; }
+    // Before the first block, else FfIOEx::ExOpNotSupported.
+    void setSize(int width, int height);
+    void setFormat(ImFormat const& format);
+    // The stored format: the one set, else the first block's, as the format stores it.
+    ImFormat getFormat() const;
+    GeVector2<int> getPreferredBlockSize() const;
+    // Throws FfIOEx::ExOpNotSupported for a block out of order or outside the
+    // image, ExWriteError when the library fails.
+    void writeBlock(ImImageConst const& block);
+    // Throws FfIOEx::ExIncompleteFile when rows are missing, ExWriteError.
+    void close();
+
+private:
+    void open(ImFormat const& blockFormat);
+    void writeRows(ImImageConst const& rows);
+    [[noreturn]] void fail(char const* file, int line, std::string const& detail);
+
+    OsFilePath _path;
+    OsFilePath _temporary;
+    FfImageFormatTraits _traits;
+    FfFileFormatOptionsPtr _options;
+    std::unique_ptr<OIIO::ImageOutput> _output;
+    GeVector2<int> _size;
+    ImFormat _format; // as set
+    ImFormat _stored; // as written, once open
+    ImImage _band;    // rows being gathered from narrow blocks
+    long long _bandPixels = 0;
+    int _nextY = 0;
+    bool _closed = false;
+};
+
+} // namespace Qv
