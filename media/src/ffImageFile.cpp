@@ -97,7 +97,7 @@ void FfImageFile::setSize(int width, int height) {
 }
 
 GeVector2<int> FfImageFile::getPreferredBlockSize() const {
-    return writer().getPreferredBlockSize();
+    return _writer ? _writer->getPreferredBlockSize() : reader().getStripSize();
 }
 
 void FfImageFile::writeBlock(ImImageConst const& block) {

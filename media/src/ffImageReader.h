@@ -5,6 +5,7 @@
 // a run of the file's; otherwise through one scratch buffer per reader.
 #include "ffImageFormatTraits.h"
 #include "geRectangle.h"
+#include "geVector.h"
 #include "imImage.h"
 #include "imLayout.h"
 #include "imWriteGuard.h"
@@ -42,6 +43,8 @@ public:
     void setRegion(GeRectangle<int> const& region);
     void setMemoryFactory(ImMemory::Factory const& factory) { _factory = &factory; }
     ImImageConst readStrip();
+    // Width and height of a full strip.
+    GeVector2<int> getStripSize() const { return {_region.getWidth(), _stripRows}; }
 
 private:
     std::vector<int> defaultAssignment(int comps) const;

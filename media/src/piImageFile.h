@@ -69,6 +69,7 @@ public:
     virtual void setSize(int width, int height) = 0;
     // Width and height of the blocks the format writes best: whole rows of a
     // few lines for the formats here; a width of 1 when the size is not set.
+    // Of a file open for reading, the size of its strips.
     virtual GeVector2<int> getPreferredBlockSize() const = 0;
     virtual void writeBlock(ImImageConst const& block) = 0;
     virtual void close() = 0;
