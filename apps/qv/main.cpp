@@ -34,7 +34,9 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {
-        return app.exit(error);
+        // --help is a success; any other parse failure is a usage error, with
+        // the status that shell scripts and farm managers expect for one.
+        return app.exit(error) == 0 ? 0 : 2;
     }
 
     // Messages of the tools reach the user on standard error, beside qv's own.

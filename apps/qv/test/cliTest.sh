@@ -27,6 +27,8 @@ check "and says so in one line" "[[ \$(wc -l <<<\"\$errors\") -eq 1 && \"\$error
 help=$("$qv" --help)
 check "help lists the subcommands" "grep -q 'packages' <<<\"\$help\" && grep -q 'version' <<<\"\$help\""
 "$qv" nosuchcommand >/dev/null 2>&1
-check "an unknown subcommand fails" "[[ $? -ne 0 ]]"
+check "an unknown subcommand is a usage error" "[[ $? -eq 2 ]]"
+"$qv" version --no-such-option >/dev/null 2>&1
+check "so is an unknown option" "[[ $? -eq 2 ]]"
 
 finishChecks
