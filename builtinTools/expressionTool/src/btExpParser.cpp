@@ -3,6 +3,7 @@
 #include "assertions.h"
 #include "btExpEx.h"
 #include "btExpGrammar.h"
+#include "btExpMessages.h"
 #include "btExpParserProtocol.h"
 #include "btExpScannerControl.h"
 #include "lkLock.h"
@@ -61,6 +62,7 @@ void btExpParse(BtExpParserProtocol& listener, std::istream& input) {
 
 void BtExpParser::initialize() {
     BtExpEx::subscribeMessages();
+    BtExpMessages::subscribe();
     if (gInitCount++ == 0)
         gState = std::make_unique<ParserState>();
 }

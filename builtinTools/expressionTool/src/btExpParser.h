@@ -22,9 +22,9 @@ void btExpParse(BtExpParserProtocol& listener, std::istream& input);
 
 class BtExpParser {
 public:
-    // Subscribes the messages (the catalogue "expressions.msg" must be open)
-    // and, the first time, creates the lock and the scanner. Parses come
-    // after this. Calls pair up: the last finalize deletes lock and scanner.
+    // Subscribes the messages of the language and of the graph builders (the catalogue "expressions.msg" must
+    // be open) and, the first time, creates the lock and the scanner. Parses come after this. Calls pair up:
+    // the last finalize deletes lock and scanner.
     static void initialize();
     static void finalize();
 };

@@ -2,10 +2,13 @@
 // registers the package's tools with the host.
 #include "expressionInit.h"
 
+#include "btExpFunctionRegistry.h"
 #include "btExpParser.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
 #include "msgFileGuard.h"
+
+#include <memory>
 
 namespace Qv {
 
@@ -23,10 +26,13 @@ template <>
 void InInit<QvInit::expression>::initialize() {
     MsgFileGuard catalogue("expressions.msg");
     BtExpParser::initialize();
+    BtExpFunctionRegistry::initialize(std::make_unique<BtExpFunctionRegistry>());
+    BtExpFunctionRegistry::getInstance().registerLanguageFunctions();
 }
 
 template <>
 void InInit<QvInit::expression>::finalize() {
+    BtExpFunctionRegistry::finalize();
     BtExpParser::finalize();
 }
 
