@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# qv expr --trace as a user runs it: the listener's calls in order, the
-# error line and status of a refused text.
+# qv expr as a user runs it: values with their validity at a time, named
+# constants for references, refusals with their columns; and --trace, the
+# listener's calls in order.
 set -u
 qv="$1"
 source "$(dirname "$0")/cliChecks.sh"
@@ -32,5 +33,44 @@ check "an empty text is refused at columns 1 and 1" "[[ $? -eq 1 && \"\$out\" ==
 
 "$qv" expr >/dev/null 2>&1
 check "a missing text is refused" "[[ $? -ne 0 ]]"
+
+out=$("$qv" expr '1/0')
+check "a division by zero is a huge finite number, valid at all times" \
+    "[[ \"\$out\" == '4.4942328371557898e+307'$'\n''validity -31536000 31536000' ]]"
+
+out=$("$qv" expr --time 1.5 't*2')
+check "time makes the value hold for a tick around it" \
+    "[[ \"\$out\" == '3'$'\n''validity 1.4999999947916667 1.5000000052083333' ]]"
+
+out=$("$qv" expr --time -2 -- '-t')
+check "a negative time and a text starting with a minus" "[[ \$(head -n 1 <<<\"\$out\") == 2 ]]"
+
+out=$("$qv" expr --attr 'Blur.Radius=4' --attr 'a=-0.5' 'if(a<0, Blur.Radius*2, 0)')
+check "references named by --attr are their constants" "[[ \$(head -n 1 <<<\"\$out\") == 8 ]]"
+
+out=$("$qv" expr '(1,2,3)+(1,1,1)')
+check "a vector prints its components" "[[ \$(head -n 1 <<<\"\$out\") == '(2, 3, 4)' ]]"
+
+out=$("$qv" expr '1<2 && 2<1')
+check "a condition prints true or false" "[[ \$(head -n 1 <<<\"\$out\") == false ]]"
+
+out=$("$qv" expr 'rand(5)'); later=$("$qv" expr --time 100 'rand(5)')
+check "rand of a seed is the same at every time" "[[ \"\$out\" == \"\$later\" ]]"
+
+out=$("$qv" expr '2*Width')
+status=$?
+check "any other reference is an unknown attribute, with its columns" \
+    "[[ $status -eq 1 && \"\$out\" == 'error 3 8: Unknown attribute: Width' ]]"
+
+out=$("$qv" expr 'SIN((1,2,3))')
+check "function names are read in lower case; a vector does not fit sin" \
+    "[[ \"\$out\" == 'error 1 13: Unknown function \"sin\" with 1 argument(s)' ]]"
+
+out=$("$qv" expr '(1,2,3)*2')
+check "no promotion of a number to a vector" \
+    "[[ \"\$out\" == 'error 8 9: Syntax error: the binary operator \"*\" does not accept operands of these types' ]]"
+
+"$qv" expr --attr 'a=x' 'a' >/dev/null 2>&1
+check "an --attr value that is not a number is refused" "[[ $? -eq 1 ]]"
 
 finishChecks
