@@ -31,6 +31,7 @@ int main(int argc, char** argv) {
     addToolsCommand(app, action);
     addInfoCommand(app, action);
     addEvalCommand(app, action);
+    addImageInfoCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {

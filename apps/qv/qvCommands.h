@@ -18,5 +18,6 @@ void addEditCommands(CLI::App& app, QvAction& action);
 void addToolsCommand(CLI::App& app, QvAction& action);
 void addInfoCommand(CLI::App& app, QvAction& action);
 void addEvalCommand(CLI::App& app, QvAction& action);
+void addImageInfoCommand(CLI::App& app, QvAction& action);
 
 } // namespace Qv
