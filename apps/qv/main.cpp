@@ -32,6 +32,7 @@ int main(int argc, char** argv) {
     addInfoCommand(app, action);
     addEvalCommand(app, action);
     addImageInfoCommand(app, action);
+    addSnapshotCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {

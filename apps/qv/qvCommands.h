@@ -19,5 +19,6 @@ void addToolsCommand(CLI::App& app, QvAction& action);
 void addInfoCommand(CLI::App& app, QvAction& action);
 void addEvalCommand(CLI::App& app, QvAction& action);
 void addImageInfoCommand(CLI::App& app, QvAction& action);
+void addSnapshotCommand(CLI::App& app, QvAction& action);
 
 } // namespace Qv

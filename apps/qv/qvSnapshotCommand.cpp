@@ -1,0 +1,71 @@
+// qv snapshot: the whole frame of an image output at a time and proxy scale,
+// computed tile by tile on the workers and written through the file layer in
+// the format of the file's extension.
+#include "ffImageWriteUtil.h"
+#include "piEx.h"
+#include "piImageSocket.h"
+#include "piSocketUtil.h"
+#include "qvCommands.h"
+#include "qvComposition.h"
+
+#include <fmt/format.h>
+#include <memory>
+
+namespace Qv {
+
+namespace {
+
+// Beyond this an image is less than a pixel wide at any size a format stores.
+constexpr int MAX_PROXY_SCALE = 16;
+
+struct SnapshotOptions {
+    std::string composition;
+    std::string output;
+    double time = 0.0;
+    std::string file;
+    int proxyScale = 0;
+};
+
+int snapshot(SnapshotOptions const& options, std::ostream&) {
+    if (options.proxyScale < 0 || options.proxyScale > MAX_PROXY_SCALE)
+        throw PiEx::ExBadValue(
+            __FILE__, __LINE__,
+            fmt::format("proxy scale {} is not one of 0 to {}", options.proxyScale, MAX_PROXY_SCALE));
+    // Warnings of the load (a missing tool) reach standard error through the message sink.
+    RCShdPtr<PiGraph> graph = QvComposition::load(options.composition);
+    RCShdPtr<PiOutput> output = PiSocketUtil::findOutput(*graph, options.output);
+    if (output->getType() != PiSocketType::IMAGE)
+        throw PiEx::ExUnknownSocket(__FILE__, __LINE__,
+                                    "output " + options.output + " gives values, not images: use qv eval");
+    if (output->getProcNode().isNull())
+        throw PiEx::ExUnknownSocket(__FILE__, __LINE__,
+                                    "output " + options.output + " gives nothing: nothing feeds it");
+    IxTile const frame = PiImageSocket<PiOutput>(output).getValue(options.time, options.proxyScale);
+    if (!frame.isValid() || frame.getPixelRegion().isEmpty())
+        throw PiEx::ExUnknownSocket(__FILE__, __LINE__,
+                                    fmt::format("output {} gives an empty image at time {}: nothing to write",
+                                                options.output, PiVariantUtil::toString(options.time)));
+    FfImageWriteUtil::writeTile(OsFilePath(options.file), frame);
+    return 0;
+}
+
+} // namespace
+
+void addSnapshotCommand(CLI::App& app, QvAction& action) {
+    auto options = std::make_shared<SnapshotOptions>();
+    CLI::App* command = app.add_subcommand(
+        "snapshot",
+        "Compute the whole frame of an image output at a time and write it to an image file, in the "
+        "format of the file's extension");
+    command->add_option("COMP", options->composition, "The composition file")->required();
+    command->add_option("NODE.OUTPUT", options->output, "The image output, such as C.Output")->required();
+    command->add_option("--time", options->time, "The time, in seconds (default 0)");
+    command->add_option("-o,--output", options->file, "The image file to write, such as frame.exr")
+        ->required();
+    command->add_option("--proxy", options->proxyScale,
+                        "The proxy scale: the frame is computed at 1/2^P of its size (default 0, full size)");
+    command->callback(
+        [&action, options] { action = [options](std::ostream& out) { return snapshot(*options, out); }; });
+}
+
+} // namespace Qv
