@@ -28,7 +28,8 @@ void printInfo(std::string const& name, std::ostream& out) {
 void addImageInfoCommand(CLI::App& app, QvAction& action) {
     auto files = std::make_shared<std::vector<std::string>>();
     CLI::App* command = app.add_subcommand(
-        "imageinfo", "Print the format, size, channels, depth and block size of image files, one key: value a line");
+        "imageinfo",
+        "Print the format, size, channels, depth and block size of image files, one key: value a line");
     command->add_option("FILE", *files, "Image files")->required();
     command->callback([&action, files] {
         action = [files](std::ostream& out) {
