@@ -36,7 +36,8 @@ public:
             }
         } recorder;
         PiImageModifier::Descriptor descriptor(&recorder);
-        this->describe(descriptor);
+        PiToolPolicyProtocol<Controller, PiImageModifier::Descriptor> const& tool = *this;
+        tool.describe(descriptor);
         return recorder.declared.count({PiImageModifier::getOutputName(), 100 + PiSocketType::IMAGE}) &&
                recorder.declared.count(
                    {PiImageModifier::getMuteValueName(), static_cast<int>(PiValueType::BOOL)}) &&
