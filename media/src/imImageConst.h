@@ -24,8 +24,7 @@ public:
     std::size_t getOffset() const { return _offset; }
 
 protected:
-    friend class ImReadGuard;
-    friend class ImWriteGuard;
+    friend class ImImageGuard;
     std::byte* getOrigin() const { return _memory->getData() + _offset; }
 
 private:
