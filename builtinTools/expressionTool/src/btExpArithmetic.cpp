@@ -1,9 +1,9 @@
-#include "btArithmeticNodes.h"
+#include "btExpArithmetic.h"
 
 #include <cstdint>
 #include <limits>
 
-namespace Qv {
+namespace Qv::BtExpArithmetic {
 
 namespace {
 // Towards zero into 32 bits; out of range values take the nearest end, NaN is 0.
@@ -18,7 +18,7 @@ std::int32_t truncateTo32(double value) {
 }
 } // namespace
 
-double BtIntegerModNode::compute(double x, double y) {
+double integerMod(double x, double y) {
     std::int64_t const a = truncateTo32(x);
     std::int64_t const b = truncateTo32(BtExpMath::safeDivisor(y));
     if (b == 0)
@@ -28,4 +28,4 @@ double BtIntegerModNode::compute(double x, double y) {
     return static_cast<double>(r < 0 ? r + b : r);
 }
 
-} // namespace Qv
+} // namespace Qv::BtExpArithmetic

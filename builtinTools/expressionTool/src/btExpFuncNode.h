@@ -50,6 +50,11 @@ protected:
         return child.getValue();
     }
 
+    template <std::size_t I>
+    Child<ArgType<I>> const& getArg() const {
+        return std::get<I>(_args);
+    }
+
     // The common evaluation, `compute` taking the arguments' values in order.
     template <class F>
     void evaluate(PxResult<R>& result, PxTimeContext const& context, F const& compute) const {
