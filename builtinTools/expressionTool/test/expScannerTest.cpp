@@ -147,6 +147,9 @@ TEST(ScannerInput, ReadsTextsLongerThanItsBuffer) {
 
 // The scanner's own faults end the process with flex's message and status 2.
 TEST(ScannerFaultsDeathTest, AreFatal) {
+    // Other tests of the program start the request manager's workers: a
+    // forked child must not inherit them, so the child runs the program anew.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(Qv::BtExpScannerControl::popInput(Qv::BtExpScannerControl::create()),
                 ::testing::ExitedWithCode(2), "start-condition stack underflow");
 }
