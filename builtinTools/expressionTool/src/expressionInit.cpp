@@ -26,13 +26,18 @@ template <>
 void InInit<QvInit::expression>::initialize() {
     MsgFileGuard catalogue("expressions.msg");
     BtExpParser::initialize();
-    BtExpFunctionRegistry::initialize(std::make_unique<BtExpFunctionRegistry>());
-    BtExpFunctionRegistry::getInstance().registerLanguageFunctions();
+    // A singleton has one life per process: a package started again after a
+    // stop (test programs do so) goes on without the list of names.
+    if (BtExpFunctionRegistry::getState() == InSingletonCore::NOT_CREATED) {
+        BtExpFunctionRegistry::initialize(std::make_unique<BtExpFunctionRegistry>());
+        BtExpFunctionRegistry::getInstance().registerLanguageFunctions();
+    }
 }
 
 template <>
 void InInit<QvInit::expression>::finalize() {
-    BtExpFunctionRegistry::finalize();
+    if (BtExpFunctionRegistry::isInitialized())
+        BtExpFunctionRegistry::finalize();
     BtExpParser::finalize();
 }
 
