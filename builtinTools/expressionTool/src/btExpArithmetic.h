@@ -34,7 +34,6 @@ inline double apply(Op op, double x, double y) {
         return integerMod(x, y);
     }
     __builtin_unreachable(); // every Op is a case above
-
 }
 
 inline double apply(Op op, double x) {
