@@ -8,8 +8,6 @@
 #include "piInput.h"
 #include "piOutput.h"
 
-#include <type_traits>
-
 namespace Qv {
 
 // What the template shares: the frame of one processing node.
@@ -27,19 +25,10 @@ public:
     // Rethrows what the evaluation threw; throws RCEx::ExNullPtr when nothing
     // is published and RCEx::ExCastFailed when the socket gives no image.
     IxTile getValue(double time, int proxyScale) const {
-        return piComputeImageFrame(getProcNode(), time, proxyScale);
+        return piComputeImageFrame(_socket->getProcNode(), time, proxyScale);
     }
 
 private:
-    PxStrongHndl<PxNode const> getProcNode() const {
-        if constexpr (std::is_same_v<Socket, PiOutput>) {
-            return _socket->getProcNode();
-        } else {
-            RCShdPtr<PiOutput> output = _socket->getConnectedOutput();
-            return output ? output->getProcNode() : PxStrongHndl<PxNode const>();
-        }
-    }
-
     RCShdPtr<Socket const> _socket;
 };
 

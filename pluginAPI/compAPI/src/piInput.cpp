@@ -24,6 +24,10 @@ RCShdPtr<PiOutput> PiInput::getConnectedOutput() const {
     return _outputs.empty() ? RCShdPtr<PiOutput>() : RCShdPtr<PiOutput>(_outputs.front());
 }
 
+PxStrongHndl<PxNode const> PiInput::getProcNode() const {
+    return _outputs.empty() ? PxStrongHndl<PxNode const>() : _outputs.front()->getProcNode();
+}
+
 std::vector<RCShdPtr<PiOutput>> PiInput::getConnectedOutputs() const {
     std::vector<RCShdPtr<PiOutput>> outputs;
     for (PiOutput* output : _outputs)

@@ -24,6 +24,8 @@ public:
     // node's); null when unconnected.
     RCShdPtr<PiOutput> getConnectedOutput() const;
     std::vector<RCShdPtr<PiOutput>> getConnectedOutputs() const;
+    // What the connected output published; null when unconnected or not built.
+    PxStrongHndl<PxNode const> getProcNode() const;
     bool isConnected() const { return !_outputs.empty(); }
 
     bool hasValueNode() const;

@@ -22,7 +22,7 @@ public:
     // The value and the interval it holds for. Rethrows what the evaluation
     // threw; throws RCEx::ExNullPtr when nothing is published.
     PxResult<T> getResult(double time) const {
-        PxStrongHndl<PxNode const> node = getProcNode();
+        PxStrongHndl<PxNode const> node = _socket->getProcNode();
         if (node.isNull())
             RCExUtil::throwExNullPtr(RCExUtil::getTypeName(typeid(PxAnimValueProtocol<T>)));
         PxRequestMgr& manager = PxRequestMgr::getInstance();
@@ -39,15 +39,6 @@ public:
     }
 
 private:
-    PxStrongHndl<PxNode const> getProcNode() const {
-        if constexpr (std::is_same_v<Socket, PiOutput>) {
-            return _socket->getProcNode();
-        } else {
-            RCShdPtr<PiOutput> output = _socket->getConnectedOutput();
-            return output ? output->getProcNode() : PxStrongHndl<PxNode const>();
-        }
-    }
-
     RCShdPtr<Socket const> _socket;
 };
 
