@@ -181,3 +181,17 @@ TEST_F(ColorSource, DescribesItsPanel) {
     EXPECT_EQ(ui->getXmlFileName(), "<ToolUiDir>/colorSource.xml");
     EXPECT_NE(ui->getXmlDescription().find("Color Red"), std::string::npos);
 }
+
+TEST_F(ColorSource, AResetIsOneStepBackToOpaqueBlackAtTheProjectsSize) {
+    RCShdPtr<PiNode> node = makeNode();
+    setColour(node, {0.25, 0.5, 1.5, 2.0});
+    node->getInterface<PiImageGenerator>()->reset();
+    EXPECT_EQ(node->getInput("Alpha")->getValueAt(0.0), PiVariant(1.0));
+    EXPECT_EQ(node->getInput("Color Blue")->getValueAt(0.0), PiVariant(0.0));
+    EXPECT_EQ(node->getInput("Width")->getValueAt(0.0),
+              PiProjectSettings::getInstance().getValue("ImageWidth"));
+    _graph->getCommandStack().undo();
+    EXPECT_EQ(node->getInput("Alpha")->getValueAt(0.0), PiVariant(2.0));
+    EXPECT_EQ(node->getInput("Color Blue")->getValueAt(0.0), PiVariant(1.5));
+    EXPECT_EQ(node->getInput("Width")->getValueAt(0.0), PiVariant(8));
+}
