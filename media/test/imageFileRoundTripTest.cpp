@@ -76,19 +76,21 @@ TEST_P(ImageFileRoundTrip, pixelsComeBackInStripsTopToBottom) {
                     float const error = std::fabs(got - expected);
                     errorSum += error;
                     ++compared;
-                    if (c.check == FormatCase::EXACT)
+                    if (c.check == FormatCase::EXACT) {
                         ASSERT_LE(error, 1e-6f) << "pixel " << x << ", " << y << " component " << k;
-                    else if (c.check == FormatCase::RELATIVE)
+                    } else if (c.check == FormatCase::RELATIVE) {
                         ASSERT_LE(error, std::max({want.r, want.g, want.b}) * c.tolerance + 1e-6f)
                             << "pixel " << x << ", " << y;
+                    }
                 }
             }
         }
     }
     EXPECT_EQ(strips,
               (std::vector<GeRectangle<int>>{{0, WIDTH, 0, 64}, {0, WIDTH, 64, 128}, {0, WIDTH, 128, 150}}));
-    if (c.check == FormatCase::MEAN_ERROR)
+    if (c.check == FormatCase::MEAN_ERROR) {
         EXPECT_LE(errorSum / compared, c.tolerance);
+    }
     EXPECT_TRUE(image->readStrip().isNull()) << "the end stays the end";
 }
 

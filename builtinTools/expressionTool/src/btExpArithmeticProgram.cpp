@@ -85,7 +85,7 @@ struct BtExpArithmeticProgram::Compiler {
 };
 
 BtExpArithmeticProgram::BtExpArithmeticProgram(BtExpArithmeticOperation const& root) {
-    Compiler compiler{*this};
+    Compiler compiler{*this, false, {}};
     compiler.walk(root);
     compiler.finish();
 }

@@ -148,9 +148,10 @@ TEST_F(ExpressionBuilders, TheRegistryListsTheFunctionsForPresentation) {
     registry.registerLanguageFunctions();
     std::vector<LiString> const& names = registry.getAllFunctionNames();
     ASSERT_EQ(names.size(), 44u);
-    if (BtExpFunctionRegistry::isInitialized())
+    if (BtExpFunctionRegistry::isInitialized()) {
         EXPECT_EQ(BtExpFunctionRegistry::getInstance().getAllFunctionNames(), names)
             << "the package's registry";
+    }
     EXPECT_EQ(names.front(), "rand");
     EXPECT_EQ(names[20], "noise3");
     EXPECT_EQ(names[22], "truerand");
