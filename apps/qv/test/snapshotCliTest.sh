@@ -33,15 +33,6 @@ check "an animated size is read at the time asked" \
     "grep -qx 'size: 51x360' <<<\"\$(\"\$qv\" imageinfo \"\$dir/animated.exr\")\""
 
 "$qv" add "$c" "Value Source" V >/dev/null
-refuse() { # description, expected text in the error, command...
-    local what="$1" text="$2"
-    shift 2
-    local errors status
-    errors=$("$@" 2>&1 >/dev/null)
-    status=$?
-    check "$what: status 1" "[[ $status -eq 1 ]]"
-    check "$what: one line naming it" "[[ \$(wc -l <<<\"\$errors\") -eq 1 && \"\$errors\" == 'qv: '*\"$text\"* ]]"
-}
 refuse "a value output" "output V.Output gives values, not images" "$qv" snapshot "$c" V.Output -o "$dir/v.exr"
 refuse "an unknown output" "node C has no output named 'Out'" "$qv" snapshot "$c" C.Out -o "$dir/x.exr"
 refuse "an unknown format" "x.xyz" "$qv" snapshot "$c" C.Output -o "$dir/x.xyz"

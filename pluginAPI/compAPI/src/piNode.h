@@ -85,7 +85,7 @@ private:
     friend class PiValueNodeController;
 
     PiNode(Kind kind, std::string name);
-    // Makes a node of the spec: controller bound first, so that the inputs
+    // Makes a node from its description: controller bound first, so that the inputs
     // know their policies, then sockets, value nodes, stored values, and for
     // a group the inner graph with its boundary nodes.
     static RCShdPtr<PiNode> build(PiNodeSpec spec);
