@@ -185,6 +185,14 @@ bool BtExpPxGraphBase::onVector2(LiString const& x, LiString const& y, int first
     return true;
 }
 
+bool BtExpPxGraphBase::pushOperator(Node node, LiString const& op, int firstColumn, int lastColumn) {
+    if (node.isNull())
+        return fail(
+            std::make_unique<BtExpEx::ExUnknownOperator>(__FILE__, __LINE__, op, firstColumn, lastColumn));
+    push(std::move(node));
+    return true;
+}
+
 bool BtExpPxGraphBase::onUnaryOperator(LiString const& op, int firstColumn, int lastColumn) {
     Node const operand = pop();
     Node node;
@@ -196,33 +204,11 @@ bool BtExpPxGraphBase::onUnaryOperator(LiString const& op, int firstColumn, int 
         return fail(std::make_unique<BtExpEx::ExSyntaxError>(
             __FILE__, __LINE__, BtExpMessages::getUnsupportedArgTypeForOp("unary", op), firstColumn,
             lastColumn));
-    if (node.isNull())
-        return fail(
-            std::make_unique<BtExpEx::ExUnknownOperator>(__FILE__, __LINE__, op, firstColumn, lastColumn));
-    push(std::move(node));
-    return true;
+    return pushOperator(std::move(node), op, firstColumn, lastColumn);
 }
 
-bool BtExpPxGraphBase::onBinaryOperator(LiString const& op, int firstColumn, int lastColumn) {
-    Node const rhs = pop();
-    Node const lhs = pop();
-    Node node;
-    if (Double const l = asTyped<double>(lhs), r = asTyped<double>(rhs); !l.isNull() && !r.isNull())
-        node = BtExpOperatorBuilder().build(op, l, r);
-    else if (Vec3 const l = asTyped<V3>(lhs), r = asTyped<V3>(rhs); !l.isNull() && !r.isNull())
-        node = BtExpOperatorBuilder().build(op, l, r);
-    else
-        return fail(std::make_unique<BtExpEx::ExSyntaxError>(
-            __FILE__, __LINE__, BtExpMessages::getUnsupportedArgTypeForOp("binary", op), firstColumn,
-            lastColumn));
-    if (node.isNull())
-        return fail(
-            std::make_unique<BtExpEx::ExUnknownOperator>(__FILE__, __LINE__, op, firstColumn, lastColumn));
-    push(std::move(node));
-    return true;
-}
-
-bool BtExpPxGraphBase::onComparison(LiString const& op, int firstColumn, int lastColumn) {
+bool BtExpPxGraphBase::onNumericBinary(LiString const& op, std::string const& typeError, int firstColumn,
+                                       int lastColumn) {
     Node const rhs = pop();
     Node const lhs = pop();
     Node node;
@@ -231,13 +217,18 @@ bool BtExpPxGraphBase::onComparison(LiString const& op, int firstColumn, int las
     else if (Vec3 const l = asTyped<V3>(lhs), r = asTyped<V3>(rhs); !l.isNull() && !r.isNull())
         node = BtExpOperatorBuilder().build(op, l, r); // knows no comparison: an unknown operator
     else
-        return fail(std::make_unique<BtExpEx::ExSyntaxError>(
-            __FILE__, __LINE__, BtExpMessages::getUnsupportedArgTypeForFunc(op), firstColumn, lastColumn));
-    if (node.isNull())
         return fail(
-            std::make_unique<BtExpEx::ExUnknownOperator>(__FILE__, __LINE__, op, firstColumn, lastColumn));
-    push(std::move(node));
-    return true;
+            std::make_unique<BtExpEx::ExSyntaxError>(__FILE__, __LINE__, typeError, firstColumn, lastColumn));
+    return pushOperator(std::move(node), op, firstColumn, lastColumn);
+}
+
+bool BtExpPxGraphBase::onBinaryOperator(LiString const& op, int firstColumn, int lastColumn) {
+    return onNumericBinary(op, BtExpMessages::getUnsupportedArgTypeForOp("binary", op), firstColumn,
+                           lastColumn);
+}
+
+bool BtExpPxGraphBase::onComparison(LiString const& op, int firstColumn, int lastColumn) {
+    return onNumericBinary(op, BtExpMessages::getUnsupportedArgTypeForFunc(op), firstColumn, lastColumn);
 }
 
 bool BtExpPxGraphBase::onBooleanBinaryOperator(LiString const& op, int firstColumn, int lastColumn) {
@@ -249,12 +240,7 @@ bool BtExpPxGraphBase::onBooleanBinaryOperator(LiString const& op, int firstColu
         return fail(std::make_unique<BtExpEx::ExSyntaxError>(
             __FILE__, __LINE__, BtExpMessages::getUnsupportedArgTypeForOp("boolean binary", op), firstColumn,
             lastColumn));
-    Node node = BtExpOperatorBuilder().build(op, l, r);
-    if (node.isNull())
-        return fail(
-            std::make_unique<BtExpEx::ExUnknownOperator>(__FILE__, __LINE__, op, firstColumn, lastColumn));
-    push(std::move(node));
-    return true;
+    return pushOperator(BtExpOperatorBuilder().build(op, l, r), op, firstColumn, lastColumn);
 }
 
 bool BtExpPxGraphBase::onBooleanUnaryOperator(LiString const& op, int firstColumn, int lastColumn) {
@@ -263,12 +249,7 @@ bool BtExpPxGraphBase::onBooleanUnaryOperator(LiString const& op, int firstColum
         return fail(std::make_unique<BtExpEx::ExSyntaxError>(
             __FILE__, __LINE__, BtExpMessages::getUnsupportedArgTypeForOp("boolean unary", op), firstColumn,
             lastColumn));
-    Node node = BtExpOperatorBuilder().build(op, operand);
-    if (node.isNull())
-        return fail(
-            std::make_unique<BtExpEx::ExUnknownOperator>(__FILE__, __LINE__, op, firstColumn, lastColumn));
-    push(std::move(node));
-    return true;
+    return pushOperator(BtExpOperatorBuilder().build(op, operand), op, firstColumn, lastColumn);
 }
 
 bool BtExpPxGraphBase::onFunction(LiString const& name, int count, int firstColumn, int lastColumn) {

@@ -56,6 +56,10 @@ private:
     // The last `count` nodes, in text order.
     std::vector<Node> popArguments(int count);
     bool onFunction(LiString const& name, int count, int firstColumn, int lastColumn);
+    // Both operands doubles or both 3D vectors; otherwise a syntax error with typeError.
+    bool onNumericBinary(LiString const& op, std::string const& typeError, int firstColumn, int lastColumn);
+    // A node the operator builder made, or an unknown operator where it made none.
+    bool pushOperator(Node node, LiString const& op, int firstColumn, int lastColumn);
     bool fail(OPtr<BtExpEx> exception);
 
     RCShdPtr<PiNode> const _owner;
