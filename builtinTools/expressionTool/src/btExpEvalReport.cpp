@@ -1,9 +1,9 @@
 #include "btExpEvalReport.h"
 
-#include "btExpEvaluation.h"
 #include "btExpParser.h"
 #include "btExpPxGraphBase.h"
 #include "liStringUtil.h"
+#include "pxAnimValueRequest.h"
 #include "pxValueNodes.h"
 
 #include <sstream>
@@ -44,7 +44,7 @@ bool report(BtExpPxGraphBase::Node const& node, double time, BtExpEvalReport& ou
     BtExpNodeTypes::Typed<T> const typed = BtExpNodeTypes::asTyped<T>(node);
     if (typed.isNull())
         return false;
-    PxResult<T> const result = BtExpEvaluation::evaluate<T>(typed, time);
+    PxResult<T> const result = PxAnimValueRequest<T>::evaluate(typed, time);
     T const& value = result.getValue();
     if constexpr (std::is_same_v<T, double>) {
         out.type = BtExpEvalReport::Type::DOUBLE;

@@ -3,12 +3,12 @@
 // the clock curves that deliberately report only their children's intervals.
 #include "btArithmeticNodes.h"
 #include "btConditionalNode.h"
-#include "btExpEvaluation.h"
 #include "btExpMath.h"
 #include "btExpNodeTypes.h"
 #include "btLogicNodes.h"
 #include "btRandNode.h"
 #include "expTestSupport.h"
+#include "pxAnimValueRequest.h"
 
 using namespace Qv;
 using Qv::ExpTest::evaluate;
@@ -122,9 +122,9 @@ TEST_F(ExpressionIntervals, ChildrenAreAskedInOrderAndIntervalsIntersect) {
         takeLog();
         PxValidityInterval vi;
         if (auto const d = BtExpNodeTypes::asTyped<double>(c.node); !d.isNull())
-            vi = BtExpEvaluation::evaluate<double>(d, 0.5).getVI();
+            vi = PxAnimValueRequest<double>::evaluate(d, 0.5).getVI();
         else
-            vi = BtExpEvaluation::evaluate<bool>(BtExpNodeTypes::asTyped<bool>(c.node), 0.5).getVI();
+            vi = PxAnimValueRequest<bool>::evaluate(BtExpNodeTypes::asTyped<bool>(c.node), 0.5).getVI();
         EXPECT_EQ(takeLog(), c.log) << c.what;
         EXPECT_EQ(vi, c.expected) << c.what << ": " << vi.dump();
     }

@@ -25,17 +25,7 @@ public:
         PxStrongHndl<PxNode const> node = _socket->getProcNode();
         if (node.isNull())
             RCExUtil::throwExNullPtr(RCExUtil::getTypeName(typeid(PxAnimValueProtocol<T>)));
-        PxRequestMgr& manager = PxRequestMgr::getInstance();
-        PxRequestPtr<PxAnimValueRequest<T>> request(
-            new PxAnimValueRequest<T>(PxNodePtr<PxAnimValueProtocol<T> const>(node), PxTimeContext(time)));
-        manager.postRequest(request, 0);
-        struct Release {
-            PxRequestMgr& manager;
-            PxRequestPtr<PxAnimValueRequest<T>>& request;
-            ~Release() { manager.releaseRequest(request); }
-        } release{manager, request};
-        manager.waitForRequest(request);
-        return request->getResult();
+        return PxAnimValueRequest<T>::evaluate(PxNodePtr<PxAnimValueProtocol<T> const>(node), time);
     }
 
 private:

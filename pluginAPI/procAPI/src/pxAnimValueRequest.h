@@ -4,6 +4,7 @@
 #include "assertions.h"
 #include "pxAnimValueProtocol.h"
 #include "pxRequest.h"
+#include "pxRequestMgr.h"
 
 namespace Qv {
 
@@ -20,6 +21,23 @@ public:
         PxResult<T>& result = _result;
         node->getAnimValue(result, _context);
         QV_ASSERT(result.getVI().isNonEmpty());
+    }
+
+    // Posts a request for the node's value at a time, waits for it and
+    // releases it: how the application thread reads a value. Rethrows what
+    // the evaluation threw.
+    static PxResult<T> evaluate(PxNodePtr<PxAnimValueProtocol<T> const> node, double time) {
+        PxRequestMgr& manager = PxRequestMgr::getInstance();
+        PxRequestPtr<PxAnimValueRequest<T>> request(
+            new PxAnimValueRequest<T>(std::move(node), PxTimeContext(time)));
+        manager.postRequest(request, 0);
+        struct Release {
+            PxRequestMgr& manager;
+            PxRequestPtr<PxAnimValueRequest<T>>& request;
+            ~Release() { manager.releaseRequest(request); }
+        } release{manager, request};
+        manager.waitForRequest(request);
+        return request->getResult();
     }
 
     T const& getValue() const { return _result.getValue(); }
