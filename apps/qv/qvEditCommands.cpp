@@ -42,11 +42,12 @@ int addNode(EditOptions const& options, std::ostream& out) {
     return 0;
 }
 
-// An input's value (a keyframe with a time), else a value the node stores.
+// An input's value (a keyframe with a time), or one channel of a colour,
+// else a value the node stores.
 void setValue(PiGraph& graph, EditOptions const& options) {
     auto [nodeName, socket] = PiSocketUtil::splitPath(options.target);
     RCShdPtr<PiNode> node = graph.getNode(nodeName);
-    if (RCShdPtr<PiInput> input = node->getInput(socket)) {
+    if (RCShdPtr<PiInput> input = PiSocketUtil::findNodeInput(*node, socket, false)) {
         PiValueInterfaceBase& values = input->getValueInterface();
         PiVariant value = PiVariantUtil::fromString(input->getType(), options.value);
         if (options.time)
@@ -62,7 +63,7 @@ void setValue(PiGraph& graph, EditOptions const& options) {
         stored->setData(PiVariantUtil::fromString(stored->getType(), options.value));
         return;
     }
-    node->getInput(socket, true);
+    PiSocketUtil::findNodeInput(*node, socket, true);
 }
 
 void addCompositionOption(CLI::App* command, EditOptions& options) {
@@ -92,8 +93,12 @@ void addEditCommands(CLI::App& app, QvAction& action) {
     CLI::App* set = app.add_subcommand(
         "set", "Set the value of an input (or a value the node stores); the input's policy may refuse it");
     addCompositionOption(set, *options);
-    set->add_option("NODE.INPUT", options->target, "The input, such as V.Value")->required();
-    set->add_option("VALUE", options->value, "The value, read as the input's type")->required();
+    set->add_option("NODE.INPUT", options->target,
+                    "The input, such as V.Value, or a colour's channel, such as C.Color.Red")
+        ->required();
+    set->add_option("VALUE", options->value,
+                    "The value, read as the input's type: a colour is \"R G B\", a time FRAME@RATE or FRAME")
+        ->required();
     set->add_option("--time", options->time,
                     "Set a keyframe at this time, in seconds, instead of the constant");
     set->callback([&action, options] {

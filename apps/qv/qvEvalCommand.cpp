@@ -1,5 +1,6 @@
 // qv eval: the value of a value output at a time, computed by the processing
 // nodes through a request, with the interval it holds for.
+#include "coColor.h"
 #include "piEx.h"
 #include "piSocketUtil.h"
 #include "piTypedAnimSocket.h"
@@ -18,10 +19,19 @@ struct EvalOptions {
     double time = 0.0;
 };
 
+std::string toText(CoRgbColorTyped<float> const& colour) {
+    return PiVariantUtil::toString(std::vector<double>{colour.r, colour.g, colour.b});
+}
+
+template <class T>
+std::string toText(T const& value) {
+    return PiVariantUtil::toString(value);
+}
+
 template <class T>
 void print(RCShdPtr<PiOutput> const& output, double time, std::ostream& out) {
     PxResult<T> result = PiTypedAnimSocket<T, PiOutput>(output).getResult(time);
-    out << PiVariantUtil::toString(result.getValue()) << '\n'
+    out << toText(result.getValue()) << '\n'
         << "validity " << PiVariantUtil::toString(result.getVI().getStart()) << ' '
         << PiVariantUtil::toString(result.getVI().getEnd()) << '\n';
 }
@@ -44,6 +54,12 @@ int evaluate(EvalOptions const& options, std::ostream& out) {
         break;
     case PiSocketType::STRING:
         print<std::string>(output, options.time, out);
+        break;
+    case PiSocketType::COLOR:
+        print<CoRgbColorTyped<float>>(output, options.time, out);
+        break;
+    case PiSocketType::TIME:
+        print<DtTime>(output, options.time, out);
         break;
     case PiSocketType::IMAGE:
         throw PiEx::ExUnknownSocket(__FILE__, __LINE__,

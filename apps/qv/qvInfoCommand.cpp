@@ -1,4 +1,5 @@
 // qv info: what a composition file holds.
+#include "piColorProcNode.h"
 #include "piGraph.h"
 #include "qvCommands.h"
 #include "qvComposition.h"
@@ -26,22 +27,36 @@ void printGraph(PiGraph& graph, std::string const& prefix, std::ostream& out) {
         std::string name = prefix + node->getName();
         out << "node " << name << ": " << node->getToolName() << ", schema " << node->getSchemaNb()
             << (node->getTool() ? "" : " (tool not available)") << '\n';
-        for (RCShdPtr<PiInput> const& input : node->getInputs())
-            if (input->hasValueNode())
-                out << "  " << name << '.' << input->getName() << " = "
-                    << describeValue(input->getValueInterface()) << '\n';
+        for (RCShdPtr<PiInput> const& input : node->getInputs()) {
+            if (!input->hasValueNode())
+                continue;
+            std::string const full = name + '.' + input->getName();
+            // An animated colour is told channel by channel, each keeping its own keyframes.
+            if (input->isStructured() && input->getValueInterface().isAnimated())
+                for (std::string const& channel : PiColorProcNode::getChannelNames())
+                    out << "  " << full << '.' << channel << " = "
+                        << describeValue(input->getChannel(channel)->getValueInterface()) << '\n';
+            else
+                out << "  " << full << " = " << describeValue(input->getValueInterface()) << '\n';
+        }
         for (RCShdPtr<PiValue> const& value : node->getValues())
             out << "  " << name << '.' << value->getName() << " = "
                 << PiVariantUtil::toString(value->getData()) << " (stored)\n";
     }
     auto connections = [&](RCShdPtr<PiNode> const& node) {
         for (RCShdPtr<PiInput> const& input : node->getInputs()) {
-            RCShdPtr<PiInput> fed = input->hasValueNode()
-                                        ? input->getValueNode()->getInput(PiNode::getValueNodeInputName())
-                                        : input;
-            for (RCShdPtr<PiOutput> const& output : fed->getConnectedOutputs())
-                out << "connection " << prefix << output->getFullName() << " -> " << prefix
-                    << input->getFullName() << '\n';
+            std::vector<RCShdPtr<PiInput>> targets{input};
+            if (input->isStructured() && input->hasValueNode())
+                for (std::string const& channel : PiColorProcNode::getChannelNames())
+                    targets.push_back(input->getChannel(channel));
+            for (RCShdPtr<PiInput> const& target : targets) {
+                RCShdPtr<PiInput> fed =
+                    target->hasValueNode() ? target->getValueNode()->getInput(PiNode::getValueNodeInputName())
+                                           : target;
+                for (RCShdPtr<PiOutput> const& output : fed->getConnectedOutputs())
+                    out << "connection " << prefix << output->getFullName() << " -> " << prefix
+                        << target->getFullName() << '\n';
+            }
         }
     };
     for (RCShdPtr<PiNode> const& node : graph.getNodes())

@@ -5,6 +5,7 @@
 #include "omEx.h"
 #include "omGraphUtil.h"
 #include "osFileEx.h"
+#include "piColorProcNode.h"
 #include "piEx.h"
 #include "piSocketUtil.h"
 #include "piToolRegistry.h"
@@ -54,6 +55,59 @@ PiSocketType readSocketType(XmlElement const& element) {
     return *type;
 }
 
+// A constant and keyframes, as children of `element`; nothing when it has
+// neither. `what` names the input (or its channel) in messages.
+std::optional<PiNodeSpec::Curve> readCurve(XmlElement const& element, PiSocketType type,
+                                           std::string const& what) {
+    std::optional<PiNodeSpec::Curve> curve;
+    std::set<double> times;
+    for (XmlElement const& child : element.getChildren()) {
+        auto value = [&] {
+            return at(child, [&] { return PiVariantUtil::fromString(type, child.getAttribute("value")); });
+        };
+        if (child.getNodeName() == "constant") {
+            if (curve && !std::holds_alternative<std::monostate>(curve->constant))
+                fail(child, fmt::format("input '{}' has two constants", what));
+            if (!curve)
+                curve.emplace();
+            curve->constant = value();
+        } else if (child.getNodeName() == "keyframe") {
+            double time = at(child, [&] { return child.getDoubleAttribute("time"); });
+            if (!times.insert(time).second)
+                fail(child, fmt::format("input '{}' has two keyframes at time {}", what, time));
+            if (!curve)
+                curve.emplace();
+            curve->keyframes.push_back({time, value()});
+        } else {
+            fail(child, fmt::format("unexpected <{}> in an input", child.getNodeName()));
+        }
+    }
+    if (curve && std::holds_alternative<std::monostate>(curve->constant))
+        fail(element, fmt::format("input '{}' has keyframes but no constant", what));
+    return curve;
+}
+
+// A colour keeps one curve per channel, each in a <channel name>.
+void readChannels(XmlElement const& element, PiNodeSpec::Input& input) {
+    std::array<std::string, 3> const& names = PiColorProcNode::getChannelNames();
+    for (XmlElement const& child : element.getChildren()) {
+        if (child.getNodeName() != "channel")
+            fail(child,
+                 fmt::format("unexpected <{}> in the colour input '{}'", child.getNodeName(), input.name));
+        std::string const name = at(child, [&] { return child.getAttribute("name"); });
+        auto it = std::find(names.begin(), names.end(), name);
+        if (it == names.end())
+            fail(child, fmt::format("input '{}' has no channel '{}'", input.name, name));
+        std::optional<PiNodeSpec::Curve>& curve =
+            input.channels[static_cast<std::size_t>(it - names.begin())];
+        if (curve)
+            fail(child, fmt::format("input '{}' has two channels '{}'", input.name, name));
+        curve = readCurve(child, PiSocketType::DOUBLE, input.name + "." + name);
+        if (!curve)
+            curve.emplace().constant = 0.0;
+    }
+}
+
 PiNodeSpec::Input readInput(XmlElement const& element) {
     PiNodeSpec::Input input;
     input.name = at(element, [&] { return element.getAttribute("name"); });
@@ -65,34 +119,31 @@ PiNodeSpec::Input readInput(XmlElement const& element) {
     input.cardinality = *parsed;
     input.dynamic = at(element, [&] { return element.getBoolAttribute("dynamic", false); });
     bool valueBacked = input.type.isValue() && input.cardinality == SINGLE;
-    std::set<double> times;
-    for (XmlElement const& child : element.getChildren()) {
-        if (!valueBacked)
-            fail(child, fmt::format("input '{}' holds no value", input.name));
-        auto value = [&] {
-            return at(child,
-                      [&] { return PiVariantUtil::fromString(input.type, child.getAttribute("value")); });
-        };
-        if (child.getNodeName() == "constant") {
-            if (input.curve && !std::holds_alternative<std::monostate>(input.curve->constant))
-                fail(child, fmt::format("input '{}' has two constants", input.name));
-            if (!input.curve)
-                input.curve.emplace();
-            input.curve->constant = value();
-        } else if (child.getNodeName() == "keyframe") {
-            double time = at(child, [&] { return child.getDoubleAttribute("time"); });
-            if (!times.insert(time).second)
-                fail(child, fmt::format("input '{}' has two keyframes at time {}", input.name, time));
-            if (!input.curve)
-                input.curve.emplace();
-            input.curve->keyframes.push_back({time, value()});
-        } else {
-            fail(child, fmt::format("unexpected <{}> in an input", child.getNodeName()));
-        }
-    }
-    if (input.curve && std::holds_alternative<std::monostate>(input.curve->constant))
-        fail(element, fmt::format("input '{}' has keyframes but no constant", input.name));
+    if (!valueBacked && !element.getChildren().empty())
+        fail(element.getChildren().front(), fmt::format("input '{}' holds no value", input.name));
+    if (input.type.isStructured())
+        readChannels(element, input);
+    else
+        input.curve = readCurve(element, input.type, input.name);
     return input;
+}
+
+// Compositions saved while a colour was three number inputs name its channels
+// "<colour> Red", "<colour> Green", "<colour> Blue": the colour input of the
+// tool and the channel's index, when `name` is such a channel of one.
+std::optional<std::pair<std::string, std::size_t>>
+findOldChannel(std::vector<PiNodeSpec::Input> const& inputs, std::string const& name) {
+    std::array<std::string, 3> const& names = PiColorProcNode::getChannelNames();
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        std::string const suffix = " " + names[i];
+        if (name.size() <= suffix.size() || name.compare(name.size() - suffix.size(), suffix.size(), suffix))
+            continue;
+        std::string const colour = name.substr(0, name.size() - suffix.size());
+        for (PiNodeSpec::Input const& input : inputs)
+            if (input.name == colour && input.type.isStructured())
+                return std::make_pair(colour, i);
+    }
+    return std::nullopt;
 }
 
 struct StoredNode {
@@ -155,12 +206,20 @@ std::optional<PiNodeSpec> mergeWithTool(PiNodeSpec const& stored, RCShdPtr<PiToo
     for (PiNodeSpec::Input const& input : stored.inputs) {
         auto it = std::find_if(spec.inputs.begin(), spec.inputs.end(),
                                [&](PiNodeSpec::Input const& i) { return i.name == input.name; });
-        if (it == spec.inputs.end() && input.dynamic)
+        auto old = it == spec.inputs.end() && !input.dynamic && input.type == PiSocketType::DOUBLE
+                       ? findOldChannel(spec.inputs, input.name)
+                       : std::nullopt;
+        if (old) {
+            auto colour = std::find_if(spec.inputs.begin(), spec.inputs.end(),
+                                       [&](PiNodeSpec::Input const& i) { return i.name == old->first; });
+            colour->channels[old->second] = input.curve;
+        } else if (it == spec.inputs.end() && input.dynamic)
             spec.inputs.push_back(input);
         else if (it != spec.inputs.end() && !it->dynamic && it->type == input.type &&
-                 it->cardinality == input.cardinality && !input.dynamic)
+                 it->cardinality == input.cardinality && !input.dynamic) {
             it->curve = input.curve;
-        else
+            it->channels = input.channels;
+        } else
             return std::nullopt;
     }
     for (PiNodeSpec::Output const& output : stored.outputs) {
@@ -211,10 +270,25 @@ void readNode(XmlElement const& element, PiGraph& graph) {
         readGraph(*stored.graph, *node->getInnerGraph());
 }
 
+// The input a connection goes to, also a colour channel by its old name.
+RCShdPtr<PiInput> findConnectedInput(PiGraph const& graph, std::string const& path) {
+    auto [nodeName, socket] = PiSocketUtil::splitPath(path);
+    RCShdPtr<PiNode> node = graph.getNode(nodeName);
+    if (!node->getInput(socket) && node->getTool()) {
+        std::vector<PiNodeSpec::Input> inputs;
+        for (RCShdPtr<PiInput> const& input : node->getInputs())
+            inputs.push_back({input->getName(), input->getType()});
+        if (auto old = findOldChannel(inputs, socket))
+            return node->getInput(old->first, true)
+                ->getChannel(PiColorProcNode::getChannelNames()[old->second]);
+    }
+    return PiSocketUtil::findNodeInput(*node, socket, true);
+}
+
 void readConnection(XmlElement const& element, PiGraph const& graph) {
     at(element, [&] {
         RCShdPtr<PiOutput> output = PiSocketUtil::findOutput(graph, element.getAttribute("from"));
-        RCShdPtr<PiInput> input = PiSocketUtil::findInput(graph, element.getAttribute("to"));
+        RCShdPtr<PiInput> input = findConnectedInput(graph, element.getAttribute("to"));
         const_cast<PiGraph&>(graph).connect(output, input);
     });
 }

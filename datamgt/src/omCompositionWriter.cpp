@@ -1,6 +1,7 @@
 // Writing compositions: every node with all its sockets and values, so that
 // a node whose tool is missing when the file is read again loses nothing.
 #include "omCompositionFile.h"
+#include "piColorProcNode.h"
 #include "piSocketUtil.h"
 #include "xmlWriter.h"
 
@@ -9,6 +10,15 @@ namespace Qv {
 namespace {
 
 void writeGraph(XmlElement& parent, PiGraph& graph);
+
+void writeCurve(XmlElement& element, PiValueInterfaceBase const& value) {
+    element.addChild("constant").setAttribute("value", PiVariantUtil::toString(value.getConstantVariant()));
+    for (PiKeyframe const& key : value.getKeyframeVariants()) {
+        XmlElement& keyframe = element.addChild("keyframe");
+        keyframe.setAttribute("time", key.time);
+        keyframe.setAttribute("value", PiVariantUtil::toString(key.value));
+    }
+}
 
 void writeInput(XmlElement& parent, PiInput const& input) {
     XmlElement& element = parent.addChild("input");
@@ -20,12 +30,15 @@ void writeInput(XmlElement& parent, PiInput const& input) {
         element.setAttribute("dynamic", true);
     if (!input.hasValueNode())
         return;
-    PiValueInterfaceBase const& value = input.getValueInterface();
-    element.addChild("constant").setAttribute("value", PiVariantUtil::toString(value.getConstantVariant()));
-    for (PiKeyframe const& key : value.getKeyframeVariants()) {
-        XmlElement& keyframe = element.addChild("keyframe");
-        keyframe.setAttribute("time", key.time);
-        keyframe.setAttribute("value", PiVariantUtil::toString(key.value));
+    if (!input.isStructured()) {
+        writeCurve(element, input.getValueInterface());
+        return;
+    }
+    // Each channel keeps its own curve.
+    for (std::string const& name : PiColorProcNode::getChannelNames()) {
+        XmlElement& channel = element.addChild("channel");
+        channel.setAttribute("name", name);
+        writeCurve(channel, input.getChannel(name)->getValueInterface());
     }
 }
 
@@ -55,17 +68,23 @@ void writeNode(XmlElement& parent, PiNode& node) {
 
 // The connections into the node's inputs, in the order of the inputs; for
 // a value-backed input, what drives its value.
-void writeConnections(XmlElement& parent, PiNode const& node) {
-    for (RCShdPtr<PiInput> const& input : node.getInputs()) {
-        RCShdPtr<PiInput> fed = input;
-        if (input->hasValueNode())
-            fed = input->getValueNode()->getInput(PiNode::getValueNodeInputName(), true);
-        for (RCShdPtr<PiOutput> const& output : fed->getConnectedOutputs()) {
-            XmlElement& connection = parent.addChild("connection");
-            connection.setAttribute("from", output->getFullName());
-            connection.setAttribute("to", input->getFullName());
-        }
+void writeConnectionsInto(XmlElement& parent, PiInput const& input) {
+    RCShdPtr<PiInput> fed(const_cast<PiInput*>(&input));
+    if (input.hasValueNode())
+        fed = input.getValueNode()->getInput(PiNode::getValueNodeInputName(), true);
+    for (RCShdPtr<PiOutput> const& output : fed->getConnectedOutputs()) {
+        XmlElement& connection = parent.addChild("connection");
+        connection.setAttribute("from", output->getFullName());
+        connection.setAttribute("to", input.getFullName());
     }
+    if (input.isStructured() && input.hasValueNode())
+        for (std::string const& name : PiColorProcNode::getChannelNames())
+            writeConnectionsInto(parent, *input.getChannel(name));
+}
+
+void writeConnections(XmlElement& parent, PiNode const& node) {
+    for (RCShdPtr<PiInput> const& input : node.getInputs())
+        writeConnectionsInto(parent, *input);
 }
 
 void writeGraph(XmlElement& parent, PiGraph& graph) {

@@ -40,23 +40,27 @@ public:
     PiVariant getDefault() const override { return {}; }
 };
 
-// By socket type: boolean, double, integer, string, image.
-std::array<RCShdPtr<PiInputPolicy const>, 5> gPolicies;
+// By socket type: boolean, double (also each channel of a colour), integer,
+// string, time, image.
+std::array<RCShdPtr<PiInputPolicy const>, 6> gPolicies;
 
 RCShdPtr<PiInputPolicy const> const& policyFor(PiSocketType type) {
     switch (type.getType()) {
     case PiSocketType::BOOLEAN:
         return gPolicies[0];
     case PiSocketType::DOUBLE:
+    case PiSocketType::COLOR:
         return gPolicies[1];
     case PiSocketType::INTEGER:
         return gPolicies[2];
     case PiSocketType::STRING:
         return gPolicies[3];
+    case PiSocketType::TIME:
+        return gPolicies[4];
     case PiSocketType::IMAGE:
         break;
     }
-    return gPolicies[4];
+    return gPolicies[5];
 }
 
 } // namespace
@@ -76,6 +80,7 @@ void BtMissingToolNodeController::initializePolicies() {
                  RCShdPtr<PiInputPolicy const>(new MissingToolPolicy<double>),
                  RCShdPtr<PiInputPolicy const>(new MissingToolPolicy<int>),
                  RCShdPtr<PiInputPolicy const>(new MissingToolPolicy<std::string>),
+                 RCShdPtr<PiInputPolicy const>(new MissingToolPolicy<DtTime>),
                  RCShdPtr<PiInputPolicy const>(new MissingToolImagePolicy)};
 }
 

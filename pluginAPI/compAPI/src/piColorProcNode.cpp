@@ -7,48 +7,34 @@ namespace Qv {
 
 PiColorProcNode::PiColorProcNode(PxNode::Init const& init,
                                  PiToolTopologyInterface::OutputPublisher& publisher, std::string const& name)
-    : PxNode(init), PxAnimValueProtocol<CoRgbColorTyped<float>>(init) {
-    std::array<std::string, 3> const names = getChannelInputNames(name);
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        _channels[i] = PxNodePtr<PxAnimValueProtocol<double> const>(publisher.getInputProcNode(names[i]));
-        QV_ASSERT(!_channels[i].isNull());
-    }
+    : PxNode(init), PxAnimValueProtocol<CoRgbColorTyped<float>>(init),
+      _color(publisher.getInputProcNode(name)) {
+    QV_ASSERT(!_color.isNull());
 }
 
 PiColorProcNode::~PiColorProcNode() {
-    for (auto const& channel : _channels)
-        unregisterChild(channel);
+    unregisterChild(_color);
 }
 
 void PiColorProcNode::init() {
     PxAnimValueProtocol<CoRgbColorTyped<float>>::init();
-    for (auto const& channel : _channels)
-        registerChild(channel);
+    registerChild(_color);
 }
 
 void PiColorProcNode::getAnimValue(PxResult<CoRgbColorTyped<float>>& result,
                                    PxTimeContext const& context) const {
-    PxValidityInterval interval = PxValidityInterval::FULL;
-    std::array<float, 3> values{};
-    for (std::size_t i = 0; i < _channels.size(); ++i) {
-        PxResult<double> channel;
-        _channels[i]->getAnimValue(channel, context);
-        channel.reduceVI(interval);
-        values[i] = static_cast<float>(channel.getValue());
-    }
-    result.set(CoRgbColorTyped<float>{values[0], values[1], values[2]}, interval);
+    _color->getAnimValue(result, context);
 }
 
 void PiColorProcNode::describe(std::string const& name, PiToolPolicyDescriptor& descriptor, double min,
                                double max, double defaultValue) {
-    RCShdPtr<PiInputPolicy const> const policy =
-        PiRangeInputPolicy<double>::create(min, max, defaultValue, true, false);
-    for (std::string const& channel : getChannelInputNames(name))
-        descriptor.requires_(channel, PiSocketType::DOUBLE, policy, SINGLE);
+    descriptor.requires_(name, PiSocketType::COLOR,
+                         PiRangeInputPolicy<double>::create(min, max, defaultValue, true, false), SINGLE);
 }
 
-std::array<std::string, 3> PiColorProcNode::getChannelInputNames(std::string const& name) {
-    return {name + " Red", name + " Green", name + " Blue"};
+std::array<std::string, 3> const& PiColorProcNode::getChannelNames() {
+    static std::array<std::string, 3> const names{"Red", "Green", "Blue"};
+    return names;
 }
 
 } // namespace Qv

@@ -1,9 +1,9 @@
 #pragma once
-// An RGB colour parameter. Sockets carry one number each, so a colour named
-// "Color" is three floating-point inputs, "Color Red", "Color Green" and
-// "Color Blue", sharing one range policy. The processing node gathers the
-// three channels into one colour value, for the time asked, holding for the
-// times all three hold for.
+// An RGB colour parameter: one structured input whose three channels, "Red",
+// "Green" and "Blue", are inputs of the colour's value node, each with its
+// own constant or keyframes, each driven on its own if need be. The value
+// node gathers them (PiColorChannelsProcNode); PiColorProcNode is the tool's
+// view of the colour input, holding for the times all three channels hold for.
 #include "coColor.h"
 #include "piToolPolicyDescriptor.h"
 #include "piToolTopologyInterface.h"
@@ -16,8 +16,7 @@ namespace Qv {
 
 class PiColorProcNode : public PxAnimValueProtocol<CoRgbColorTyped<float>> {
 public:
-    // Takes the channels' processing nodes from the publisher, by the names
-    // of getChannelInputNames(name).
+    // Takes the processing node of the colour input `name` from the publisher.
     PiColorProcNode(PxNode::Init const& init, PiToolTopologyInterface::OutputPublisher& publisher,
                     std::string const& name);
     ~PiColorProcNode() override;
@@ -25,15 +24,15 @@ public:
     void init() override;
     void getAnimValue(PxResult<CoRgbColorTyped<float>>& result, PxTimeContext const& context) const override;
 
-    // Declares the three channel inputs of the colour `name`, each single,
-    // floating-point, from min to max with the given default.
+    // Declares the colour input `name`: single, each channel from min to max
+    // with the given default, animatable.
     static void describe(std::string const& name, PiToolPolicyDescriptor& descriptor, double min, double max,
                          double defaultValue);
-    // "<name> Red", "<name> Green", "<name> Blue".
-    static std::array<std::string, 3> getChannelInputNames(std::string const& name);
+    // "Red", "Green", "Blue": the channels of every colour input.
+    static std::array<std::string, 3> const& getChannelNames();
 
 private:
-    std::array<PxNodePtr<PxAnimValueProtocol<double> const>, 3> _channels;
+    PxNodePtr<PxAnimValueProtocol<CoRgbColorTyped<float>> const> _color;
 };
 
 } // namespace Qv

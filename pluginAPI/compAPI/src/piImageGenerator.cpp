@@ -192,8 +192,7 @@ void PiImageGenerator::resetStartEndTime() {
 }
 
 void PiImageGenerator::resetFill() {
-    std::array<std::string, 3> const channels = PiColorProcNode::getChannelInputNames(FILL_COLOR_NAME);
-    resetInputs({channels[0], channels[1], channels[2], FILL_ALPHA_NAME});
+    resetInputs({FILL_COLOR_NAME, FILL_ALPHA_NAME});
 }
 
 void PiImageGenerator::resetInputs(std::initializer_list<std::string> names) {

@@ -9,7 +9,7 @@
 //   "Width", "Height"     integer inputs, the image's size in pixels
 //   "Depth"               integer input: 8, 16 (half float) or 32 (float)
 //   "Start Time", "End Time"  floating-point inputs, seconds
-//   "Fill Color Red", "Fill Color Green", "Fill Color Blue", "Fill Alpha"
+//   "Fill Color" (a colour), "Fill Alpha"
 //                         the colour outside the image's pixels
 //   "Format"              stored value (PiImageFormatValue): the format the
 //                         size was taken from, its pixel aspect and rate

@@ -43,6 +43,9 @@ RCShdPtr<PiOutput> PiInput::getDriver() const {
 
 RCShdPtr<PiInputPolicy const> PiInput::getPolicy() const {
     PiNode* node = getNodePtr();
+    if (node && node->isValueNode() && getName() != PiNode::getValueNodeInputName())
+        if (RCShdPtr<PiInput> owner = node->getOwnerInput())
+            return owner->getPolicy();
     if (PiToolInterface* tool = node ? node->getInterface<PiToolInterface>() : nullptr)
         return tool->getInputPolicy(RCShdPtr<PiInput const>(this));
     return PiInputPolicy::getDefaultPolicy(getType());
@@ -53,6 +56,12 @@ PiValueInterfaceBase& PiInput::getValueInterface() const {
     if (!values)
         throw PiEx::ExUnknownSocket(__FILE__, __LINE__, "input " + getFullName() + " holds no value");
     return *values;
+}
+
+RCShdPtr<PiInput> PiInput::getChannel(std::string_view channel) const {
+    if (!isStructured() || !_valueNode || channel == PiNode::getValueNodeInputName())
+        return {};
+    return _valueNode->getInput(channel);
 }
 
 void PiInput::setConstantValue(PiVariant const& value) const {

@@ -19,6 +19,7 @@ public:
     ~PiInput() override;
     bool isInput() const override { return true; }
     Cardinality getCardinality() const { return _cardinality; }
+    bool isMultivalued() const override { return _cardinality == MULTIPLE; }
 
     // The output feeding the input (for a value-backed input, the value
     // node's); null when unconnected.
@@ -35,11 +36,15 @@ public:
     RCShdPtr<PiOutput> getDriver() const;
     bool isDriven() const { return !getDriver().isNull(); }
 
-    // The policy the node's controller attached, else the type's default.
+    // The policy the node's controller attached, else the type's default. A
+    // channel of a structured input follows the structured input's policy.
     RCShdPtr<PiInputPolicy const> getPolicy() const;
     // The value node's interface. Throws PiEx::ExUnknownSocket naming the
     // input when it has no value node.
     PiValueInterfaceBase& getValueInterface() const;
+    // A channel of a structured input ("Red" of a colour): the input of the
+    // value node that holds it. Null when the input has no such channel.
+    RCShdPtr<PiInput> getChannel(std::string_view channel) const;
     // Shorthands of the value interface.
     void setConstantValue(PiVariant const& value) const;
     PiVariant getValueAt(double time) const;

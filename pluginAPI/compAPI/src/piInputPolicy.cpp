@@ -91,6 +91,7 @@ RCShdPtr<PiInputPolicy const> PiInputPolicy::getDefaultPolicy(PiSocketType type)
         RCShdPtr<PiInputPolicy const>(new PiTypedInputPolicy<int>(true)),
         RCShdPtr<PiInputPolicy const>(new PiTypedInputPolicy<std::string>(true)),
         PiImageInputPolicy::createPrimary(0, 0, 0, PiImageInputPolicy::RESET_NONE, false),
+        RCShdPtr<PiInputPolicy const>(new PiTypedInputPolicy<DtTime>(true)),
     };
     switch (type.getType()) {
     case PiSocketType::BOOLEAN:
@@ -103,6 +104,11 @@ RCShdPtr<PiInputPolicy const> PiInputPolicy::getDefaultPolicy(PiSocketType type)
         return policies[3];
     case PiSocketType::IMAGE:
         return policies[4];
+    case PiSocketType::TIME:
+        return policies[5];
+    case PiSocketType::COLOR:
+        // A colour's policy rules each of its channels.
+        return policies[1];
     }
     return policies[1];
 }

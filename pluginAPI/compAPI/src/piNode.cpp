@@ -1,6 +1,8 @@
 #include "piNode.h"
 
 #include "piBoundaryControllers.h"
+#include "piColorProcNode.h"
+#include "piColorValueNodeController.h"
 #include "piEx.h"
 #include "piGraph.h"
 #include "piGroupTopologyInterface.h"
@@ -150,7 +152,7 @@ RCShdPtr<PiInput> PiNode::makeInput(PiNodeSpec::Input const& spec) {
     RCShdPtr<PiInput> input(new PiInput(*this, spec.name, spec.type, spec.cardinality, spec.dynamic));
     _inputs.push_back(input);
     if (spec.type.isValue() && spec.cardinality == SINGLE) {
-        input->_valueNode = makeValueNode(*input, spec.curve);
+        input->_valueNode = makeValueNode(*input, spec);
         PiOutput* valueOutput = input->_valueNode->_outputs.front().get();
         valueOutput->_inputs.push_back(input.get());
         input->_outputs.push_back(valueOutput);
@@ -171,14 +173,22 @@ RCShdPtr<PiOutput> PiNode::makeOutput(PiNodeSpec::Output const& spec) {
     return output;
 }
 
-RCShdPtr<PiNode> PiNode::makeValueNode(PiInput& owner, std::optional<PiNodeSpec::Curve> const& curve) {
+RCShdPtr<PiNode> PiNode::makeValueNode(PiInput& owner, PiNodeSpec::Input const& spec) {
     RCShdPtr<PiNode> node(new PiNode(VALUE_NODE, std::string()));
     node->_ownerInput = &owner;
-    node->bindController(PiValueNodes::createController(owner.getType(), owner.getPolicy(), curve));
+    if (owner.isStructured())
+        node->bindController(std::make_unique<PiColorValueNodeController>());
+    else
+        node->bindController(PiValueNodes::createController(owner.getType(), owner.getPolicy(), spec.curve));
     node->_inputs.push_back(
         RCShdPtr<PiInput>(new PiInput(*node, getValueNodeInputName(), owner.getType(), SINGLE, false)));
     node->_outputs.push_back(
         RCShdPtr<PiOutput>(new PiOutput(*node, getValueNodeOutputName(), owner.getType(), false)));
+    if (owner.isStructured()) {
+        std::array<std::string, 3> const& names = PiColorProcNode::getChannelNames();
+        for (std::size_t i = 0; i < names.size(); ++i)
+            node->makeInput({names[i], PiSocketType::DOUBLE, SINGLE, false, spec.channels[i]});
+    }
     return node;
 }
 

@@ -83,13 +83,16 @@ private:
     friend class PiProcBuilder;
     template <class T>
     friend class PiValueNodeController;
+    friend class PiColorValueNodeController;
 
     PiNode(Kind kind, std::string name);
     // Makes a node from its description: controller bound first, so that the inputs
     // know their policies, then sockets, value nodes, stored values, and for
     // a group the inner graph with its boundary nodes.
     static RCShdPtr<PiNode> build(PiNodeSpec spec);
-    static RCShdPtr<PiNode> makeValueNode(PiInput& owner, std::optional<PiNodeSpec::Curve> const& curve);
+    // For a structured input, the value node has an input per channel, each
+    // backed by a value node of its own.
+    static RCShdPtr<PiNode> makeValueNode(PiInput& owner, PiNodeSpec::Input const& spec);
     static RCShdPtr<PiNode> makeBoundaryNode(Kind kind, PiGraph& inner, std::string const& name,
                                              PiSocketType type);
 

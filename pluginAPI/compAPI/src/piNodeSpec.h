@@ -8,6 +8,7 @@
 #include "piTool.h"
 #include "piValueInterface.h"
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -28,6 +29,9 @@ struct PiNodeSpec {
         bool dynamic = false;
         // The value as stored; the policy's default when absent.
         std::optional<Curve> curve;
+        // For a structured input (a colour), the value of each channel in
+        // its order (red, green, blue) instead.
+        std::array<std::optional<Curve>, 3> channels{};
     };
     struct Output {
         std::string name;

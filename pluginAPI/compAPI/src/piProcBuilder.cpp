@@ -191,11 +191,18 @@ void PiProcBuilder::rebuildReaderOf(PiInput& input) {
         rebuild({reader}, false);
 }
 
+void PiProcBuilder::collectValueNodes(PiNode& node, std::vector<PiNode*>& nodes) {
+    for (RCShdPtr<PiInput> const& input : node.getInputs())
+        if (input->hasValueNode()) {
+            // A structured value's channels have value nodes of their own.
+            collectValueNodes(*input->getValueNode(), nodes);
+            nodes.push_back(input->getValueNode().get());
+        }
+}
+
 void PiProcBuilder::rebuildNodeAndValues(PiNode& node) {
     std::vector<PiNode*> seeds;
-    for (RCShdPtr<PiInput> const& input : node.getInputs())
-        if (input->hasValueNode())
-            seeds.push_back(input->getValueNode().get());
+    collectValueNodes(node, seeds);
     if (node.getInnerGraph())
         for (RCShdPtr<PiNode> const& boundary : node.getInnerGraph()->getBoundaryNodes())
             seeds.push_back(boundary.get());
@@ -204,9 +211,7 @@ void PiProcBuilder::rebuildNodeAndValues(PiNode& node) {
 }
 
 void PiProcBuilder::collectNodeTree(PiNode& node, std::vector<PiNode*>& nodes) {
-    for (RCShdPtr<PiInput> const& input : node.getInputs())
-        if (input->hasValueNode())
-            nodes.push_back(input->getValueNode().get());
+    collectValueNodes(node, nodes);
     if (RCShdPtr<PiGraph> const& inner = node.getInnerGraph()) {
         for (RCShdPtr<PiNode> const& boundary : inner->getBoundaryNodes())
             nodes.push_back(boundary.get());

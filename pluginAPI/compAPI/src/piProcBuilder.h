@@ -25,6 +25,8 @@ public:
     static void rebuildNodeAndValues(PiNode& node);
     // A node new in the graph, with its value nodes and its inner graph.
     static void buildNodeTree(PiNode& node);
+    // The value nodes behind the node's inputs, channels of structured values first.
+    static void collectValueNodes(PiNode& node, std::vector<PiNode*>& nodes);
     static void collectNodeTree(PiNode& node, std::vector<PiNode*>& nodes);
     // A node out of the graph lets go of its processing nodes.
     static void releaseNodeTree(PiNode& node);

@@ -1,5 +1,7 @@
 #include "piProcNodeFactory.h"
 
+#include "coColor.h"
+#include "dtTime.h"
 #include "pxEmptyImageNode.h"
 #include "pxValueNodes.h"
 
@@ -30,6 +32,10 @@ PxStrongHndl<PxNode const> PiProcNodeFactory::createGeneratorNode(PiSocketType t
         return constantNode(0);
     case PiSocketType::STRING:
         return constantNode(std::string());
+    case PiSocketType::COLOR:
+        return constantNode(CoRgbColorTyped<float>{0.0f, 0.0f, 0.0f});
+    case PiSocketType::TIME:
+        return constantNode(DtTime());
     case PiSocketType::IMAGE: {
         PxNode::Init init;
         PxStrongHndl<PxEmptyImageNode> node(new PxEmptyImageNode(init));

@@ -22,6 +22,11 @@ public:
     // Added to the node after its tool declared its sockets.
     bool isDynamic() const { return _dynamic; }
     virtual bool isInput() const = 0;
+    // A value of channels (a colour), each channel an input of its own
+    // behind the socket's value node.
+    bool isStructured() const { return _type.isStructured(); }
+    // Takes several connections at once.
+    virtual bool isMultivalued() const { return false; }
     // "<node>.<socket>", as users name it.
     std::string getFullName() const;
 

@@ -7,12 +7,14 @@ namespace Qv {
 
 namespace {
 
-constexpr std::array<std::pair<PiSocketType::Type, std::string_view>, 5> TYPE_NAMES{{
+constexpr std::array<std::pair<PiSocketType::Type, std::string_view>, 7> TYPE_NAMES{{
     {PiSocketType::BOOLEAN, "boolean"},
     {PiSocketType::DOUBLE, "double"},
     {PiSocketType::INTEGER, "integer"},
     {PiSocketType::STRING, "string"},
     {PiSocketType::IMAGE, "image"},
+    {PiSocketType::COLOR, "color"},
+    {PiSocketType::TIME, "time"},
 }};
 
 } // namespace

@@ -1,8 +1,12 @@
 #include "piSocketUtil.h"
 
+#include "piColorProcNode.h"
 #include "piEx.h"
 #include "piGraph.h"
 #include "piToolInterface.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace Qv {
 
@@ -48,9 +52,29 @@ std::pair<std::string, std::string> PiSocketUtil::splitPath(std::string_view pat
     return {std::string(path.substr(0, at)), std::string(path.substr(at + getSocketSeparator().size()))};
 }
 
+RCShdPtr<PiInput> PiSocketUtil::findNodeInput(PiNode const& node, std::string_view name, bool checked) {
+    if (RCShdPtr<PiInput> input = node.getInput(name))
+        return input;
+    std::size_t at = name.rfind(getSocketSeparator());
+    if (at != std::string_view::npos) {
+        std::string_view const channel = name.substr(at + getSocketSeparator().size());
+        if (RCShdPtr<PiInput> structured = node.getInput(name.substr(0, at));
+            structured && structured->isStructured()) {
+            RCShdPtr<PiInput> found = structured->getChannel(channel);
+            if (!found && checked)
+                throw PiEx::ExUnknownSocket(__FILE__, __LINE__,
+                                            fmt::format("input {} has no channel '{}' (it has {})",
+                                                        structured->getFullName(), channel,
+                                                        fmt::join(PiColorProcNode::getChannelNames(), ", ")));
+            return found;
+        }
+    }
+    return node.getInput(name, checked);
+}
+
 RCShdPtr<PiInput> PiSocketUtil::findInput(PiGraph const& graph, std::string_view path) {
     auto [node, socket] = splitPath(path);
-    return graph.getNode(node)->getInput(socket, true);
+    return findNodeInput(*graph.getNode(node), socket, true);
 }
 
 RCShdPtr<PiOutput> PiSocketUtil::findOutput(PiGraph const& graph, std::string_view path) {

@@ -33,7 +33,12 @@ public:
     // "<node>.<socket>" split at the first separator. Throws
     // PiEx::ExUnknownSocket when there is no separator.
     static std::pair<std::string, std::string> splitPath(std::string_view path);
-    // Throw PiEx::ExUnknownNode, ExUnknownSocket naming what is missing.
+    // An input of the node by name, or a channel of a structured input as
+    // "<input>.<channel>" ("Color.Red"). Null when absent, or
+    // PiEx::ExUnknownSocket naming what is missing when `checked`.
+    static RCShdPtr<PiInput> findNodeInput(PiNode const& node, std::string_view name, bool checked);
+    // Throw PiEx::ExUnknownNode, ExUnknownSocket naming what is missing. An
+    // input path may name a channel: "<node>.<input>.<channel>".
     static RCShdPtr<PiInput> findInput(PiGraph const& graph, std::string_view path);
     static RCShdPtr<PiOutput> findOutput(PiGraph const& graph, std::string_view path);
 };

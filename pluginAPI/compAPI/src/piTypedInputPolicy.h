@@ -1,5 +1,5 @@
 #pragma once
-// A policy for values of one type, T in bool, int, double and string: every
+// A policy for values of one type, T in bool, int, double, string and DtTime: every
 // value of the type passes unless a subclass says otherwise. The flag tells
 // whether the input may be animated.
 #include "piInputPolicy.h"
@@ -24,7 +24,11 @@ public:
         else
             return INTERPOLATION_CONSTANT;
     }
+    // A policy of doubles also rules the channels of a colour.
     bool hasSameType(PiSocketType type) const override {
+        if constexpr (std::is_same_v<T, double>)
+            if (type == PiSocketType::COLOR)
+                return true;
         return PiVariantUtil::holdsType(PiVariant(T{}), type);
     }
     bool isPassAll() const override { return true; }

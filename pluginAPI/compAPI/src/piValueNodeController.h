@@ -9,6 +9,7 @@
 #include "piEx.h"
 #include "piGraph.h"
 #include "piNode.h"
+#include "piNodeRate.h"
 #include "piToolTopologyInterface.h"
 #include "piValueInterface.h"
 #include "pxRequestMgr.h"
@@ -100,6 +101,8 @@ private:
             return PiSocketType::INTEGER;
         else if constexpr (std::is_same_v<T, double>)
             return PiSocketType::DOUBLE;
+        else if constexpr (std::is_same_v<T, DtTime>)
+            return PiSocketType::TIME;
         else
             return PiSocketType::STRING;
     }
@@ -131,7 +134,12 @@ private:
                                            PiVariantUtil::toString(value)));
     }
 
-    T accepted(T const& value) const {
+    T accepted(T const& given) const {
+        T value = given;
+        // A bare frame number counts in the node's rate.
+        if constexpr (std::is_same_v<T, DtTime>)
+            if (value.getRate().isZero())
+                value.setRate(PiNodeRate::get(getNode().get()));
         RCShdPtr<PiInputPolicy const> policy = getPolicy();
         PiVariant variant(value);
         if (!policy->canSetValue(variant)) {

@@ -32,6 +32,10 @@ OPtrRet<PiNodeController> createController(PiSocketType type, RCShdPtr<PiInputPo
         return create<double>(policy, curve);
     case PiSocketType::STRING:
         return create<std::string>(policy, curve);
+    case PiSocketType::TIME:
+        return create<DtTime>(policy, curve);
+    case PiSocketType::COLOR:
+        // Made with its channels by PiNode: see PiColorValueNodeController.
     case PiSocketType::IMAGE:
         break;
     }

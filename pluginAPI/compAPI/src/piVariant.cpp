@@ -52,6 +52,41 @@ std::vector<double> parseDoubles(std::string_view text) {
     return values;
 }
 
+std::vector<double> parseColor(std::string_view text, std::string_view typeName) {
+    std::vector<double> channels;
+    for (std::string const& item : LiStringUtil::split(text, " \t\r\n"))
+        if (!item.empty())
+            channels.push_back(parseOrThrow<double>(item, typeName));
+    if (channels.size() != 3)
+        throw PiEx::ExBadValue(__FILE__, __LINE__,
+                               fmt::format("'{}' is not a value of type {}: it takes three numbers, red, "
+                                           "green and blue",
+                                           text, typeName));
+    return channels;
+}
+
+DtTime parseTime(std::string_view text, std::string_view typeName) {
+    std::size_t at = text.find('@');
+    long long frame = parseOrThrow<long long>(text.substr(0, at), typeName);
+    if (at == std::string_view::npos)
+        return DtTime(DtTimeIndex(frame), Rational());
+    try {
+        Rational rate = RationalUtil::fromFractionString(text.substr(at + 1), "/");
+        if (rate.getDouble() <= 0.0)
+            throwBadValue(text, typeName);
+        return DtTime(DtTimeIndex(frame), rate);
+    } catch (RationalEx::ExBadFraction const&) {
+    } catch (RationalEx::ExDivisionByZero const&) {
+    }
+    throwBadValue(text, typeName);
+}
+
+std::string rateToString(Rational rate) {
+    if (rate.getDenominator() == 1)
+        return std::to_string(rate.getNumerator());
+    return fmt::format("{}/{}", rate.getNumerator(), rate.getDenominator());
+}
+
 } // namespace
 
 std::string toString(PiVariant const& value) {
@@ -66,6 +101,10 @@ std::string toString(PiVariant const& value) {
                 return v;
             else if constexpr (std::is_same_v<T, std::vector<double>>)
                 return fmt::format("{}", fmt::join(v, " "));
+            else if constexpr (std::is_same_v<T, DtTime>)
+                return v.getRate().isZero()
+                           ? std::to_string(v.getIndex().getValue())
+                           : fmt::format("{}@{}", v.getIndex().getValue(), rateToString(v.getRate()));
             else
                 return fmt::format("{}", v);
         },
@@ -83,6 +122,10 @@ PiVariant fromString(PiSocketType type, std::string_view text) {
         return parseOrThrow<int>(text, name);
     case PiSocketType::STRING:
         return std::string(text);
+    case PiSocketType::COLOR:
+        return parseColor(text, name);
+    case PiSocketType::TIME:
+        return parseTime(text, name);
     case PiSocketType::IMAGE:
         break;
     }
@@ -118,6 +161,10 @@ PiVariant getZero(PiSocketType type) {
         return 0;
     case PiSocketType::STRING:
         return std::string();
+    case PiSocketType::COLOR:
+        return std::vector<double>(3, 0.0);
+    case PiSocketType::TIME:
+        return DtTime();
     case PiSocketType::IMAGE:
         break;
     }
@@ -143,6 +190,10 @@ PiVariant getZero(PiValueType type) {
 }
 
 bool holdsType(PiVariant const& value, PiSocketType type) {
+    if (type == PiSocketType::COLOR) {
+        auto const* channels = std::get_if<std::vector<double>>(&value);
+        return channels && channels->size() == 3;
+    }
     return value.index() == getZero(type).index() && !std::holds_alternative<std::monostate>(value);
 }
 
