@@ -216,3 +216,68 @@ TEST_F(CompositionFile, WithoutAPlaceholderAMissingToolIsAnError) {
             << error.getReason();
     }
 }
+
+TEST_F(CompositionFile, ColourChannelsAndTimesComeBackAsTheyWere) {
+    ScopedTool paint(std::make_unique<PaintTool>());
+    RCShdPtr<PiGraph> graph(new PiGraph);
+    RCShdPtr<PiNode> p = graph->createNode(paint.getName(), "P");
+    RCShdPtr<PiInput> tint = p->getInput("Tint");
+    tint->setConstantValue(std::vector<double>{0.25, 0.5, 1.5});
+    tint->getChannel("Red")->getValueInterface().setKeyframeVariant(1.0, 0.1);
+    tint->getChannel("Red")->getValueInterface().setKeyframeVariant(3.0, 0.9);
+    p->getInput("Mark")->setConstantValue(DtTime(DtTimeIndex(1001), Rational(30000, 1001)));
+    RCShdPtr<PiNode> a = graph->createNode("Scale", "A");
+    graph->connect(a->getOutput("Output"), tint->getChannel("Blue"));
+    std::string const first = saveAs(*graph, "first.qvc");
+    EXPECT_NE(first.find("<channel name=\"Red\">"), std::string::npos);
+    EXPECT_NE(first.find("value=\"1001@30000/1001\""), std::string::npos);
+    EXPECT_NE(first.find("to=\"P.Tint.Blue\""), std::string::npos);
+
+    RCShdPtr<PiGraph> loaded = OmCompositionFile::load(path("first.qvc"));
+    EXPECT_EQ(saveAs(*loaded, "second.qvc"), first);
+    RCShdPtr<PiInput> back = loaded->getNode("P")->getInput("Tint");
+    EXPECT_EQ(back->getChannel("Red")->getValueInterface().getKeyframeVariants().size(), 2u);
+    EXPECT_FALSE(back->getChannel("Green")->getValueInterface().isAnimated()) << "keyframes stay per channel";
+    EXPECT_TRUE(back->getChannel("Blue")->isDriven());
+    EXPECT_EQ(loaded->getNode("P")->getInput("Mark")->getValueAt(0.0),
+              PiVariant(DtTime(DtTimeIndex(1001), Rational(30000, 1001))));
+}
+
+TEST_F(CompositionFile, AColourSavedAsThreeNumberInputsLoadsAsOneColour) {
+    ScopedTool paint(std::make_unique<PaintTool>());
+    std::string const file = write("old.qvc", R"(<?xml version="1.0" encoding="UTF-8"?>
+<composition version="1">
+  <node name="P" tool=")" + paint.getName() + R"(" schema="1">
+    <input name="Tint Red" type="double">
+      <constant value="0.25" />
+      <keyframe time="2" value="1" />
+    </input>
+    <input name="Tint Green" type="double">
+      <constant value="0.5" />
+    </input>
+    <input name="Tint Blue" type="double">
+      <constant value="1.5" />
+    </input>
+    <output name="Output" type="color" />
+  </node>
+  <node name="A" tool="Ostrand/Scale" schema="1">
+    <output name="Output" type="double" />
+  </node>
+  <connection from="A.Output" to="P.Tint Green" />
+</composition>
+)");
+    RCShdPtr<PiGraph> graph = OmCompositionFile::load(file);
+    RCShdPtr<PiNode> p = graph->getNode("P");
+    ASSERT_TRUE(p->getTool()) << "the node is the tool's, not a placeholder";
+    RCShdPtr<PiInput> tint = p->getInput("Tint");
+    EXPECT_EQ(tint->getChannel("Red")->getValueInterface().getKeyframeVariants().size(), 1u);
+    EXPECT_EQ(tint->getValueAt(0.0), PiVariant(std::vector<double>{1.0, 0.5, 1.5}))
+        << "red's one keyframe holds at every time";
+    using ColourOutput = PiTypedAnimSocket<CoRgbColorTyped<float>, PiOutput>;
+    EXPECT_EQ(ColourOutput(p->getOutput("Output")).getValue(0.0), (CoRgbColorTyped<float>{1.0f, 0.0f, 1.5f}))
+        << "green is driven by A, whose output is 0";
+    EXPECT_TRUE(tint->getChannel("Green")->isDriven());
+    std::string const saved = saveAs(*graph, "new.qvc");
+    EXPECT_NE(saved.find("<input name=\"Tint\" type=\"color\">"), std::string::npos);
+    EXPECT_EQ(saved.find("Tint Red"), std::string::npos);
+}

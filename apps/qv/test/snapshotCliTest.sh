@@ -11,7 +11,7 @@ trap 'rm -rf "$dir"' EXIT
 c="$dir/c.qvc"
 
 "$qv" new "$c" && "$qv" add "$c" "Color Source" C >/dev/null
-for setting in "Width=640" "Height=360" "Color Red=0.25" "Color Green=0.5" "Color Blue=1.5" "Alpha=2.0"; do
+for setting in "Width=640" "Height=360" "Color=0.25 0.5 1.5" "Alpha=2.0"; do
     "$qv" set "$c" "C.${setting%%=*}" "${setting#*=}" || echo "could not set $setting"
 done
 "$qv" snapshot "$c" C.Output --time 0 -o "$dir/s.exr"
@@ -23,6 +23,18 @@ check "with four float channels" "grep -qx 'channels: 4' <<<\"\$info\" && grep -
 stats=$(oiiotool --stats "$dir/s.exr")
 check "every pixel is the colour and the alpha, beyond 1 included" \
     "grep -q 'Stats Min: 0.250000 0.500000 1.500000 2.000000' <<<\"\$stats\" && grep -q 'Stats Max: 0.250000 0.500000 1.500000 2.000000' <<<\"\$stats\""
+
+check "qv info shows the colour as its three channels" "grep -qx '  C.Color = 0.25 0.5 1.5' <<<\"\$(\"\$qv\" info \"\$c\")\""
+
+"$qv" set "$c" C.Color.Green 0 --time 0 && "$qv" set "$c" C.Color.Green 1 --time 10
+"$qv" snapshot "$c" C.Output --time 5 -o "$dir/green.exr"
+check "one channel animated on its own" \
+    "grep -q 'Stats Min: 0.250000 0.500000 1.500000 2.000000' <<<\"\$(oiiotool --stats \"\$dir/green.exr\")\""
+check "qv info shows each channel of an animated colour" \
+    "grep -qx '  C.Color.Green = keyframes 0: 0, 10: 1' <<<\"\$(\"\$qv\" info \"\$c\")\""
+refuse "a channel a colour does not have" "input C.Color has no channel 'Alpha'" "$qv" set "$c" C.Color.Alpha 1
+refuse "a colour of two numbers" "it takes three numbers" "$qv" set "$c" C.Color "1 2"
+"$qv" set "$c" C.Color "0.25 0.5 1.5"
 
 "$qv" snapshot "$c" C.Output --time 2.5 --proxy 2 -o "$dir/small.tif"
 check "a proxy scale and another format" "grep -qx 'size: 160x90' <<<\"\$(\"\$qv\" imageinfo \"\$dir/small.tif\")\""

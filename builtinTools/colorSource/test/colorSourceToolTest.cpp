@@ -31,9 +31,7 @@ protected:
     }
 
     static void setColour(RCShdPtr<PiNode> const& node, CoRgbaColorTyped<double> const& c) {
-        node->getInput("Color Red")->setConstantValue(c.r);
-        node->getInput("Color Green")->setConstantValue(c.g);
-        node->getInput("Color Blue")->setConstantValue(c.b);
+        node->getInput("Color")->setConstantValue(std::vector<double>{c.r, c.g, c.b});
         node->getInput("Alpha")->setConstantValue(c.a);
     }
 
@@ -102,7 +100,12 @@ TEST_F(ColorSource, ColoursAndAlphasBeyondZeroToOnePassUnchanged) {
 
 TEST_F(ColorSource, RefusesOnlyChannelsAFloatCannotHold) {
     RCShdPtr<PiNode> node = makeNode();
-    EXPECT_THROW(node->getInput("Color Red")->setConstantValue(1e39), PiEx::ExValueRefused);
+    RCShdPtr<PiInput> colour = node->getInput("Color");
+    colour->setConstantValue(std::vector<double>{0.25, 0.5, 1.5});
+    EXPECT_THROW(colour->getChannel("Red")->setConstantValue(1e39), PiEx::ExValueRefused);
+    EXPECT_THROW(colour->setConstantValue(std::vector<double>{0.0, 0.0, -1e39}), PiEx::ExValueRefused);
+    EXPECT_EQ(colour->getValueAt(0.0), PiVariant(std::vector<double>{0.25, 0.5, 1.5}))
+        << "a refused channel leaves the whole colour as it was";
     EXPECT_NO_THROW(node->getInput("Alpha")->setConstantValue(1e300));
     EXPECT_THROW(node->getInput("Width")->setConstantValue(0), PiEx::ExValueRefused);
 }
@@ -156,7 +159,7 @@ TEST_F(ColorSource, TheDepthRebuildsTheImage) {
 
 TEST_F(ColorSource, TheFillShowsOutsideAndResetsWithTheRest) {
     RCShdPtr<PiNode> node = makeNode();
-    node->getInput("Fill Color Green")->setConstantValue(1.0);
+    node->getInput("Fill Color")->getChannel("Green")->setConstantValue(1.0);
     node->getInput("Fill Alpha")->setConstantValue(0.5);
     EXPECT_EQ(render(node).getFillColor(), (CoRgbaColorTyped<float>{0.0f, 1.0f, 0.0f, 0.5f}));
     node->getInterface<PiImageGenerator>()->resetFill();
@@ -179,7 +182,7 @@ TEST_F(ColorSource, DescribesItsPanel) {
     RCShdPtr<PiNode> node = makeNode();
     auto* ui = node->getInterface<PiUserInterface>();
     EXPECT_EQ(ui->getXmlFileName(), "<ToolUiDir>/colorSource.xml");
-    EXPECT_NE(ui->getXmlDescription().find("Color Red"), std::string::npos);
+    EXPECT_NE(ui->getXmlDescription().find("input=\"Color\""), std::string::npos);
 }
 
 TEST_F(ColorSource, AResetIsOneStepBackToOpaqueBlackAtTheProjectsSize) {
@@ -187,11 +190,31 @@ TEST_F(ColorSource, AResetIsOneStepBackToOpaqueBlackAtTheProjectsSize) {
     setColour(node, {0.25, 0.5, 1.5, 2.0});
     node->getInterface<PiImageGenerator>()->reset();
     EXPECT_EQ(node->getInput("Alpha")->getValueAt(0.0), PiVariant(1.0));
-    EXPECT_EQ(node->getInput("Color Blue")->getValueAt(0.0), PiVariant(0.0));
+    EXPECT_EQ(node->getInput("Color")->getValueAt(0.0), PiVariant(std::vector<double>{0.0, 0.0, 0.0}));
     EXPECT_EQ(node->getInput("Width")->getValueAt(0.0),
               PiProjectSettings::getInstance().getValue("ImageWidth"));
     _graph->getCommandStack().undo();
     EXPECT_EQ(node->getInput("Alpha")->getValueAt(0.0), PiVariant(2.0));
-    EXPECT_EQ(node->getInput("Color Blue")->getValueAt(0.0), PiVariant(1.5));
+    EXPECT_EQ(node->getInput("Color")->getChannel("Blue")->getValueAt(0.0), PiVariant(1.5));
     EXPECT_EQ(node->getInput("Width")->getValueAt(0.0), PiVariant(8));
+}
+
+TEST_F(ColorSource, EachChannelIsAnimatedOnItsOwn) {
+    RCShdPtr<PiNode> node = makeNode();
+    RCShdPtr<PiInput> colour = node->getInput("Color");
+    EXPECT_TRUE(colour->isStructured());
+    colour->setConstantValue(std::vector<double>{0.25, 0.5, 1.5});
+    PiValueInterfaceBase& red = colour->getChannel("Red")->getValueInterface();
+    red.setKeyframeVariant(0.0, 0.0);
+    red.setKeyframeVariant(2.0, 1.0);
+    EXPECT_TRUE(colour->getValueInterface().isAnimated());
+    EXPECT_TRUE(filledWith(render(node, 1.0), {0.5f, 0.5f, 1.5f, 1.0f}));
+    EXPECT_TRUE(filledWith(render(node, 5.0), {1.0f, 0.5f, 1.5f, 1.0f}));
+    // A keyframe of the whole colour is a keyframe of each channel.
+    colour->getValueInterface().setKeyframeVariant(4.0, std::vector<double>{0.0, 1.0, 0.0});
+    EXPECT_TRUE(filledWith(render(node, 3.0), {0.5f, 1.0f, 0.0f, 1.0f}));
+    // One undo step takes the whole-colour keyframe back from all three.
+    _graph->getCommandStack().undo();
+    EXPECT_FALSE(colour->getChannel("Green")->getValueInterface().isAnimated());
+    EXPECT_TRUE(filledWith(render(node, 3.0), {1.0f, 0.5f, 1.5f, 1.0f}));
 }

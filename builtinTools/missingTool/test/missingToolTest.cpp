@@ -38,6 +38,21 @@ std::string const MISSING_NODE = R"(  <node name="M" tool="Ostrand/Nowhere" sche
     <input name="Label" type="string">
       <constant value="a &amp; b" />
     </input>
+    <input name="Mark" type="time">
+      <constant value="12@24" />
+    </input>
+    <input name="Tint" type="color">
+      <channel name="Red">
+        <constant value="0.5" />
+        <keyframe time="1" value="1" />
+      </channel>
+      <channel name="Green">
+        <constant value="0" />
+      </channel>
+      <channel name="Blue">
+        <constant value="0.25" />
+      </channel>
+    </input>
     <input name="Source" type="image" />
     <output name="Value" type="double" />
     <output name="Image" type="image" />

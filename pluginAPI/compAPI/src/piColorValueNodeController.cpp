@@ -81,13 +81,26 @@ void PiColorValueNodeController::changeAll(Change change) {
         change(getChannel(i), i);
 }
 
+void PiColorValueNodeController::checkAccepted(std::array<double, 3> const& channels) const {
+    RCShdPtr<PiNode> node = getNode();
+    for (std::size_t i = 0; i < 3; ++i) {
+        RCShdPtr<PiInput> input = node->getInput(PiColorProcNode::getChannelNames()[i], true);
+        // The channel's own setter throws the refusal naming it, before any
+        // channel has changed.
+        if (!input->getPolicy()->canSetValue(PiVariant(channels[i])))
+            input->getValueInterface().setConstantVariant(channels[i]);
+    }
+}
+
 void PiColorValueNodeController::setConstantVariant(PiVariant const& value) {
     std::array<double, 3> const channels = toChannels(value);
+    checkAccepted(channels);
     changeAll([&](PiValueInterfaceBase& channel, std::size_t i) { channel.setConstantVariant(channels[i]); });
 }
 
 void PiColorValueNodeController::setKeyframeVariant(double time, PiVariant const& value) {
     std::array<double, 3> const channels = toChannels(value);
+    checkAccepted(channels);
     changeAll(
         [&](PiValueInterfaceBase& channel, std::size_t i) { channel.setKeyframeVariant(time, channels[i]); });
 }
@@ -119,13 +132,22 @@ void PiColorValueNodeController::createProcNodes(OutputPublisher& publisher) {
         publisher.publish(output, publisher.getInputProcNode(input->getName()));
         return;
     }
-    std::array<PiColorChannelsProcNode::Channel, 3> channels;
+    std::array<PxStrongHndl<PxNode const>, 3> sources;
     for (std::size_t i = 0; i < 3; ++i)
-        channels[i] = publisher.getInputProcNode(PiColorProcNode::getChannelNames()[i]);
-    PxNode::Init init;
-    PxStrongHndl<PiColorChannelsProcNode> gathered(new PiColorChannelsProcNode(init, std::move(channels)));
-    PxNode::init(gathered);
-    publisher.publish(output, gathered);
+        sources[i] = publisher.getInputProcNode(PiColorProcNode::getChannelNames()[i]);
+    // The same channels give the same node, so that a rebuild leaves the
+    // nodes above as they are.
+    if (_gathered.isNull() || sources != _sources) {
+        std::array<PiColorChannelsProcNode::Channel, 3> channels;
+        for (std::size_t i = 0; i < 3; ++i)
+            channels[i] = sources[i];
+        PxNode::Init init;
+        _gathered =
+            PxStrongHndl<PiColorChannelsProcNode>(new PiColorChannelsProcNode(init, std::move(channels)));
+        PxNode::init(_gathered);
+        _sources = sources;
+    }
+    publisher.publish(output, _gathered);
 }
 
 void PiColorValueNodeController::valueChanged(PiNodeEvent::ValueChanged const&) {

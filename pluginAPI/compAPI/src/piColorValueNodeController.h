@@ -5,6 +5,7 @@
 // its own: a channel keeps its own constant or keyframes and may be driven
 // alone. Whole-colour values are the three channels ("0.25 0.5 1.5"); a
 // single number sets all three. A whole-colour change is one undo step.
+#include "piColorChannelsProcNode.h"
 #include "piNodeController.h"
 #include "piToolTopologyInterface.h"
 #include "piValueChangeInterface.h"
@@ -42,8 +43,13 @@ public:
 private:
     // The three channels of a colour value, or one number for all three.
     std::array<double, 3> toChannels(PiVariant const& value) const;
+    // Throws the refusal of the first channel whose policy refuses its value.
+    void checkAccepted(std::array<double, 3> const& channels) const;
     template <class Change>
     void changeAll(Change change);
+
+    std::array<PxStrongHndl<PxNode const>, 3> _sources;
+    PxStrongHndl<PiColorChannelsProcNode> _gathered;
 };
 
 } // namespace Qv

@@ -3,12 +3,15 @@
 // controllers and processing nodes, as a tool package would write them.
 #include "inInitMgr.h"
 #include "piAppThread.h"
+#include "piColorProcNode.h"
 #include "piGraph.h"
 #include "piGroupInterface.h"
 #include "piGroupTopologyInterface.h"
 #include "piOstrandToolProtocol.h"
 #include "piRangeInputPolicy.h"
 #include "piToolInterface.h"
+#include "piToolPolicyProtocol.h"
+#include "piToolProtocolImp.h"
 #include "piToolRegistry.h"
 #include "piToolTopologyInterface.h"
 #include "piTypedAnimSocket.h"
@@ -165,6 +168,35 @@ inline ToolSpec groupTool(std::string name = "Group") {
     spec.createController = [] { return std::make_unique<GroupController>(); };
     return spec;
 }
+
+// Output = Tint as the processing side sees it; When = Mark.
+class PaintController : public PiToolTopologyInterface,
+                        public PiToolInterface,
+                        public virtual PiNodeController {
+public:
+    void createProcNodes(OutputPublisher& publisher) override {
+        PxNode::Init init;
+        PxStrongHndl<PiColorProcNode> colour(new PiColorProcNode(init, publisher, "Tint"));
+        PxNode::init(colour);
+        publisher.publish(getNode()->getOutput("Output", true), colour);
+        publisher.publish(getNode()->getOutput("When", true), publisher.getInputProcNode("Mark"));
+    }
+};
+
+// "Paint": Tint, a colour of channels from 0 to 10 (default 0.5), and Mark, a
+// time; Output gives the colour, When the time.
+class PaintTool final : public PiToolPolicyProtocol<PaintController>, public PiToolProtocolImp {
+public:
+    PaintTool()
+        : PiToolProtocolImp("Paint", ".", "Tests", "Tester", "1.0", 1, "paint", TOOL_INTERNAL, PLAIN_TOOL) {}
+    using PiToolPolicyProtocol<PaintController>::describe;
+    void describe(PiToolPolicyDescriptor& d) const override {
+        PiColorProcNode::describe("Tint", d, 0.0, 10.0, 0.5);
+        d.requires_("Mark", PiSocketType::TIME, nullptr, SINGLE);
+        d.produces("Output", PiSocketType::COLOR);
+        d.produces("When", PiSocketType::TIME);
+    }
+};
 
 inline double evaluate(RCShdPtr<PiOutput> const& output, double time = 0.0) {
     return PiTypedAnimSocket<double, PiOutput>(output).getValue(time);
