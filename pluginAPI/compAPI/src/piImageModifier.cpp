@@ -2,6 +2,7 @@
 
 #include "piGraph.h"
 #include "piImageInputPolicy.h"
+#include "piModifierMixNode.h"
 #include "piNode.h"
 #include "piProcNodeFactory.h"
 #include "piToolRegistry.h"
@@ -82,16 +83,29 @@ PiImageModifier::AffectType PiImageModifier::getAffect() const {
 }
 
 void PiImageModifier::createProcNodes(OutputPublisher& publisher) {
-    RCShdPtr<PiOutput> output = getNode()->getOutput(OUTPUT_NAME, true);
-    if (!isMuted()) {
-        PxStrongHndl<PxImageProtocol> image = createImageProcNode(publisher);
-        QV_ASSERT(!image.isNull() && image->isInitialized());
+    RCShdPtr<PiNode> node = getNode();
+    RCShdPtr<PiOutput> output = node->getOutput(OUTPUT_NAME, true);
+    RCShdPtr<PiInput> primary = getPrimaryInput();
+    PxStrongHndl<PxNode const> source = primary ? publisher.getInputProcNode(primary->getName())
+                                                : PiProcNodeFactory::createGeneratorNode(PiSocketType::IMAGE);
+    if (isMuted()) {
+        publisher.publish(output, source);
+        return;
+    }
+    PxStrongHndl<PxImageProtocol> image = createImageProcNode(publisher);
+    QV_ASSERT(!image.isNull() && image->isInitialized());
+    RCShdPtr<PiInput> mask = node->getInput(MASK_INPUT_NAME);
+    bool const masked = _maskingMode == MASKING_BY_FRAME && mask && mask->isConnected();
+    if (!masked && getAffect() == AFFECT_RGBA) {
         publisher.publish(output, image);
         return;
     }
-    RCShdPtr<PiInput> primary = getPrimaryInput();
-    publisher.publish(output, primary ? publisher.getInputProcNode(primary->getName())
-                                      : PiProcNodeFactory::createGeneratorNode(PiSocketType::IMAGE));
+    PxNode::Init init;
+    PxStrongHndl<PiModifierMixNode> mixed(new PiModifierMixNode(
+        init, source, image,
+        masked ? publisher.getInputProcNode(MASK_INPUT_NAME) : PxStrongHndl<PxNode const>(), getAffect()));
+    PxNode::init(mixed);
+    publisher.publish(output, mixed);
 }
 
 void PiImageModifier::valueChanged(PiNodeEvent::ValueChanged const& event) {

@@ -3,7 +3,10 @@
 // family, Output). The tool describes its image inputs (addSingleImageInput
 // for the usual one, named "Input"), stores the mute and affect values and
 // produces "Output"; it writes one hook, createImageProcNode. A muted node
-// hands its primary input on unchanged.
+// hands its primary input on unchanged. A node that affects some channels
+// only, or whose "Mask" input is connected while the frame masks, mixes the
+// tool's image with its primary input (PiModifierMixNode): the channels it
+// does not affect, and the pixels outside the mask's alpha, stay the input's.
 #include "piNodeController.h"
 #include "piSchematicInterface.h"
 #include "piToolInterface.h"
@@ -63,7 +66,8 @@ public:
     ~PiImageModifier() override;
 
     // Muted: publishes the primary input's node (an empty image when the
-    // tool has none); otherwise the node of createImageProcNode.
+    // tool has none); otherwise the node of createImageProcNode, mixed with
+    // the primary input by affect and mask when they ask for it.
     void createProcNodes(OutputPublisher& publisher) override;
 
     std::string getXmlFileName() const override { return _xmlFileName; }
@@ -77,6 +81,9 @@ public:
     // False for a node whose tool stores no mute value.
     bool isMuted() const;
     AffectType getAffect() const;
+    // Set from the tool's descriptor when the controller is made.
+    MaskingMode getMaskingMode() const { return _maskingMode; }
+    void setMaskingMode(MaskingMode mode) { _maskingMode = mode; }
 
 protected:
     explicit PiImageModifier(std::string xmlFileName = {});
@@ -88,6 +95,7 @@ private:
     void setStoredValue(std::string const& name, PiVariant const& value, std::string const& label);
 
     std::string _xmlFileName;
+    MaskingMode _maskingMode = MASKING_NONE;
 };
 
 } // namespace Qv

@@ -22,6 +22,18 @@ public:
                             std::move(manufacturer), std::move(version), schemaNb, std::move(description),
                             visibility, structure) {}
 
+protected:
+    // The frame masks only for tools whose descriptor says so.
+    void copyFromDescriptor(PiImageModifier::Descriptor& descriptor) const override {
+        PiToolPolicyProtocol<Controller, PiImageModifier::Descriptor>::copyFromDescriptor(descriptor);
+        _maskingMode = descriptor.getMaskingMode();
+    }
+    void initializeController(Controller& controller) const override {
+        PiToolPolicyProtocol<Controller, PiImageModifier::Descriptor>::initializeController(controller);
+        controller.setMaskingMode(_maskingMode);
+    }
+
+public:
     // Whether the tool declares what the frame needs: the image output, and
     // the mute and affect values it reads.
     virtual bool checkRequirements() const {
@@ -44,6 +56,9 @@ public:
                recorder.declared.count(
                    {PiImageModifier::getAffectValueName(), static_cast<int>(PiValueType::INT)});
     }
+
+private:
+    mutable PiImageModifier::MaskingMode _maskingMode = PiImageModifier::MASKING_NONE;
 };
 
 template <class Controller>
