@@ -1,4 +1,5 @@
 #include "piImageGenerator.h"
+#include "piNodeRate.h"
 
 #include "piColorProcNode.h"
 #include "piEnumPolicy.h"
@@ -164,7 +165,7 @@ void PiImageGenerator::resetFormat() {
     PiImageFormat format;
     format.width = 1920;
     format.height = 1080;
-    format.rate = Rational(24, 1);
+    format.rate = PiNodeRate::getProjectRate();
     if (PiProjectSettings::isInitialized()) {
         PiProjectSettings const& project = PiProjectSettings::getInstance();
         auto number = [&](char const* key, int fallback) {
@@ -174,9 +175,6 @@ void PiImageGenerator::resetFormat() {
         };
         format.width = number("ImageWidth", format.width);
         format.height = number("ImageHeight", format.height);
-        int const denominator = number("FrameRateDenominator", 1);
-        if (denominator > 0)
-            format.rate = Rational(number("FrameRateNumerator", 24), denominator);
     }
     std::unique_ptr<PiUndoGuard> guard;
     if (PiGraph* graph = node->getGraph())
