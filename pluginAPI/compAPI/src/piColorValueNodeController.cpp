@@ -7,6 +7,7 @@
 #include "piGraph.h"
 #include "piNode.h"
 #include "piUndoGuard.h"
+#include "piValueNodes.h"
 
 #include <fmt/format.h>
 #include <memory>
@@ -126,12 +127,8 @@ void PiColorValueNodeController::restoreVariants(PiVariant const& constant,
 
 void PiColorValueNodeController::createProcNodes(OutputPublisher& publisher) {
     RCShdPtr<PiNode> node = getNode();
-    RCShdPtr<PiOutput> output = node->getOutput(PiNode::getValueNodeOutputName(), true);
-    RCShdPtr<PiInput> input = node->getInput(PiNode::getValueNodeInputName(), true);
-    if (input->isConnected()) {
-        publisher.publish(output, publisher.getInputProcNode(input->getName()));
+    if (PiValueNodes::publishDriver(*node, publisher))
         return;
-    }
     std::array<PxStrongHndl<PxNode const>, 3> sources;
     for (std::size_t i = 0; i < 3; ++i)
         sources[i] = publisher.getInputProcNode(PiColorProcNode::getChannelNames()[i]);
@@ -147,7 +144,7 @@ void PiColorValueNodeController::createProcNodes(OutputPublisher& publisher) {
         PxNode::init(_gathered);
         _sources = sources;
     }
-    publisher.publish(output, _gathered);
+    publisher.publish(node->getOutput(PiNode::getValueNodeOutputName(), true), _gathered);
 }
 
 void PiColorValueNodeController::valueChanged(PiNodeEvent::ValueChanged const&) {

@@ -12,6 +12,7 @@
 #include "piNodeRate.h"
 #include "piToolTopologyInterface.h"
 #include "piValueInterface.h"
+#include "piValueNodes.h"
 #include "pxRequestMgr.h"
 #include "pxSetRequest.h"
 
@@ -77,12 +78,9 @@ public:
 
     void createProcNodes(OutputPublisher& publisher) override {
         RCShdPtr<PiNode> node = getNode();
-        RCShdPtr<PiOutput> output = node->getOutput(PiNode::getValueNodeOutputName(), true);
-        RCShdPtr<PiInput> input = node->getInput(PiNode::getValueNodeInputName(), true);
-        if (input->isConnected()) {
-            publisher.publish(output, publisher.getInputProcNode(input->getName()));
+        if (PiValueNodes::publishDriver(*node, publisher))
             return;
-        }
+        RCShdPtr<PiOutput> output = node->getOutput(PiNode::getValueNodeOutputName(), true);
         // The curve's node lives as long as the value node: a rebuild gives
         // the nodes above the same node, and changes reach it by request.
         if (_procNode.isNull()) {

@@ -1,5 +1,6 @@
 #include "piValueNodes.h"
 
+#include "piNode.h"
 #include "piValueNodeController.h"
 
 namespace Qv::PiValueNodes {
@@ -41,6 +42,15 @@ OPtrRet<PiNodeController> createController(PiSocketType type, RCShdPtr<PiInputPo
     }
     QV_ASSERT(type.isValue());
     return nullptr;
+}
+
+bool publishDriver(PiNode& valueNode, PiToolTopologyInterface::OutputPublisher& publisher) {
+    RCShdPtr<PiInput> input = valueNode.getInput(PiNode::getValueNodeInputName(), true);
+    if (!input->isConnected())
+        return false;
+    publisher.publish(valueNode.getOutput(PiNode::getValueNodeOutputName(), true),
+                      publisher.getInputProcNode(input->getName()));
+    return true;
 }
 
 } // namespace Qv::PiValueNodes

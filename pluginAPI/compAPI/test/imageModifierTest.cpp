@@ -81,10 +81,8 @@ public:
 // Stands for a tool that forgot the values the frame reads.
 class BareController : public CopyController {};
 
-} // namespace
-
-template <>
-void PiImageModifierInfo<CopyController>::describe(PiImageModifier::Descriptor& d) const {
+// What a complete modifier declares: its input, a mask, the values the frame reads, its output.
+void describeModifier(PiImageModifier::Descriptor& d) {
     PiImageModifier::addSingleImageInput(
         d, PiImageInputPolicy::createPrimary(1, 7, 1, PiImageInputPolicy::RESET_NONE, false), SINGLE);
     PiImageModifier::describeMasking(d);
@@ -93,14 +91,16 @@ void PiImageModifierInfo<CopyController>::describe(PiImageModifier::Descriptor& 
     d.produces(PiImageModifier::getOutputName(), PiSocketType::IMAGE);
 }
 
+} // namespace
+
+template <>
+void PiImageModifierInfo<CopyController>::describe(PiImageModifier::Descriptor& d) const {
+    describeModifier(d);
+}
+
 template <>
 void PiImageModifierInfo<WhiteController>::describe(PiImageModifier::Descriptor& d) const {
-    PiImageModifier::addSingleImageInput(
-        d, PiImageInputPolicy::createPrimary(1, 7, 1, PiImageInputPolicy::RESET_NONE, false), SINGLE);
-    PiImageModifier::describeMasking(d);
-    d.stores(PiImageModifier::getMuteValueName(), PiValueType::BOOL);
-    d.stores(PiImageModifier::getAffectValueName(), PiValueType::INT);
-    d.produces(PiImageModifier::getOutputName(), PiSocketType::IMAGE);
+    describeModifier(d);
 }
 
 template <>
