@@ -1,7 +1,9 @@
 /* The tokens of the expression language. The longest match wins, then the
    earlier rule; keep the rules in this order. Blanks are name characters, so
    names and references take trailing blanks with them, a constant followed by
-   a blank is a name, and "1.5 " is a reference: stored expressions rely on it. */
+   a blank is a name, and "1.5 " is a reference: stored expressions rely on it.
+   Leading blanks join a reference only before a letter or an underscore, so
+   that the blank in "2 + 1.5" or "f(1, 0.5)" does not turn the number into one. */
 %option reentrant noyywrap nounput noinput never-interactive 8bit nodefault warn stack
 %option prefix="btExp"
 %option extra-type="Qv::BtExpScannerStreams*"
@@ -54,7 +56,12 @@ Qv::LiString const FALSE_TEXT("0.0");
 %}
 
 C        [ 0-9A-Za-z_]
-SEGMENT  {C}({C}|"("{C}+")"|{C}"&"{C})*
+LETTER   [A-Za-z_]
+ITEM     ({C}|"("{C}+")"|{C}"&"{C})
+SEGMENT  {C}{ITEM}*
+/* The first segment: blanks, when it starts with them, are followed by a
+   letter, which may carry an "&" item as any character after the first may. */
+FIRST    ([0-9A-Za-z_]{ITEM}*|" "+({LETTER}|{LETTER}"&"{C}){ITEM}*)
 
 %%
 
@@ -71,7 +78,7 @@ SEGMENT  {C}({C}|"("{C}+")"|{C}"&"{C})*
 "t"                             { CONSTANT(TIME_NAME, TIME_TEXT); }
 "TRUE"                          { CONSTANT(NUMBER, TRUE_TEXT); }
 "FALSE"                         { CONSTANT(NUMBER, FALSE_TEXT); }
-{SEGMENT}("."{SEGMENT})+        { TOKEN(REFERENCE); }
+{FIRST}("."{SEGMENT})+          { TOKEN(REFERENCE); }
 [A-Za-z_]{C}*                   { TOKEN(NAME); }
 [0-9]+[A-Za-z_][0-9A-Za-z_]*    { TOKEN(DIGIT_NAME); }
 "("                             { TOKEN(LPAREN); }

@@ -79,7 +79,16 @@ INSTANTIATE_TEST_SUITE_P(
         Scanned{"2pi ", {"DIGIT_NAME \"2pi\" 1 4", "END 4 5"}},
         // A fraction followed by a blank is a reference, a whole number is not.
         Scanned{"1.5 +2", {"REFERENCE \"1.5 \" 1 5", "PLUS \"+\" 5 6", "NUMBER \"2\" 6 7", "END 6 7"}},
+        Scanned{"1.5 + 2", {"REFERENCE \"1.5 \" 1 5", "PLUS \"+\" 5 6", "NUMBER \"2\" 7 8", "END 7 8"}},
         Scanned{"12 a.b", {"REFERENCE \"12 a.b\" 1 7", "END 1 7"}},
+        // A blank before a number is skipped: it does not start a reference.
+        Scanned{"2 + 1.5", {"NUMBER \"2\" 1 2", "PLUS \"+\" 3 4", "NUMBER \"1.5\" 5 8", "END 5 8"}},
+        Scanned{"f(1, 0.4)",
+                {"NAME \"f\" 1 2", "LPAREN \"(\" 2 3", "NUMBER \"1\" 3 4", "COMMA \",\" 4 5",
+                 "NUMBER \"0.4\" 6 9", "RPAREN \")\" 9 10", "END 9 10"}},
+        Scanned{"( .5)", {"LPAREN \"(\" 1 2", "NUMBER \".5\" 3 5", "RPAREN \")\" 5 6", "END 5 6"}},
+        Scanned{"*  12 a.b", {"MULOP \"*\" 1 2", "REFERENCE \"12 a.b\" 4 10", "END 4 10"}},
+        Scanned{"1, 2.5 ", {"NUMBER \"1\" 1 2", "COMMA \",\" 2 3", "REFERENCE \"2.5 \" 4 8", "END 4 8"}},
         // Constants and time only when no name character follows.
         Scanned{"pi", {pi(1, 3), "END 1 3"}}, Scanned{"Pi", {pi(1, 3), "END 1 3"}},
         Scanned{"pI", {pi(1, 3), "END 1 3"}}, Scanned{"PI", {pi(1, 3), "END 1 3"}},
@@ -102,7 +111,12 @@ INSTANTIATE_TEST_SUITE_P(
         // References: blanks, groups in parentheses and '&' after a plain character.
         Scanned{"My Node.My Attribute", {"REFERENCE \"My Node.My Attribute\" 1 21", "END 1 21"}},
         Scanned{"Group 1.Blur(2).Radius", {"REFERENCE \"Group 1.Blur(2).Radius\" 1 23", "END 1 23"}},
+        // Leading blanks belong to a reference whose name starts with a letter or an underscore.
         Scanned{" a.b ", {"REFERENCE \" a.b \" 1 6", "END 1 6"}},
+        Scanned{"+  _a.b", {"PLUS \"+\" 1 2", "REFERENCE \"  _a.b\" 2 8", "END 2 8"}},
+        Scanned{" a&b.c", {"REFERENCE \" a&b.c\" 1 7", "END 1 7"}},
+        Scanned{" &b.c", {"UNKNOWN \"&\" 2 3", "REFERENCE \"b.c\" 3 6", "END 3 6"}},
+        Scanned{" 1.b", {"REFERENCE \"1.b\" 2 5", "END 2 5"}},
         Scanned{"a b.c d", {"REFERENCE \"a b.c d\" 1 8", "END 1 8"}},
         Scanned{"ab&c.d", {"REFERENCE \"ab&c.d\" 1 7", "END 1 7"}},
         Scanned{"a(b)c&d.e", {"REFERENCE \"a(b)c&d.e\" 1 10", "END 1 10"}},
