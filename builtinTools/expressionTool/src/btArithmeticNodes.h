@@ -30,8 +30,7 @@ public:
         if (program.isCompiled())
             program.evaluate(result, context);
         else
-            this->evaluate(result, context,
-                           [op = _op](auto... values) { return BtExpArithmetic::apply(op, values...); });
+            evaluateOneByOne(result, context);
     }
 
     BtExpArithmetic::Op getOp() const override { return _op; }
@@ -44,6 +43,24 @@ public:
     }
 
 private:
+    void evaluateOneByOne(PxResult<double>& result, PxTimeContext const& context) const {
+        if constexpr (sizeof...(Args) == 2) {
+            if (_op == BtExpArithmetic::Op::POWER) {
+                // A base that makes the power 0 leaves the exponent unasked: the
+                // value holds as long as the base's does.
+                PxValidityInterval vi = PxValidityInterval::FULL;
+                double const x = this->template evaluateArg<0>(context, vi);
+                double const value = BtExpArithmetic::raisesBase(x)
+                                         ? std::pow(x, this->template evaluateArg<1>(context, vi))
+                                         : 0.0;
+                result.set(value, vi);
+                return;
+            }
+        }
+        this->evaluate(result, context,
+                       [op = _op](auto... values) { return BtExpArithmetic::apply(op, values...); });
+    }
+
     // Compiled once, by whichever worker comes first; a loser drops its copy.
     BtExpArithmeticProgram const& getProgram() const {
         if (BtExpArithmeticProgram const* program = _program.load(std::memory_order_acquire))
@@ -138,7 +155,8 @@ public:
 };
 
 // x^y and pow(x,y). A base below EPS (zero, negative, NaN) gives 0, so that
-// no root of a negative number is ever taken: 0^0 and (-8)^(1/3) are 0.
+// no root of a negative number is ever taken: 0^0 and (-8)^(1/3) are 0. The
+// exponent is then not evaluated, and 0^t holds for all time.
 class BtPowNode final : public BtExpArithmeticNode<double, double> {
 public:
     BT_EXP_ARITHMETIC_NODE_CONSTRUCTOR(BtPowNode, POWER, BtExpArithmeticNode<double, double>)

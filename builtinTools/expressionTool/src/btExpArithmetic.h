@@ -14,6 +14,12 @@ enum class Op : std::uint8_t { NEGATE, ADD, SUBTRACT, MULTIPLY, DIVIDE, POWER, I
 // x%y on integers (see BtIntegerModNode).
 double integerMod(double x, double y);
 
+// Whether x^y is pow(x, y): a base below EPS (zero, negative, NaN) makes the
+// power 0 whatever the exponent, so that no root of a negative number is taken.
+inline bool raisesBase(double x) {
+    return x >= BtExpMath::EPS;
+}
+
 // y is ignored by NEGATE.
 inline double apply(Op op, double x, double y) {
     switch (op) {
@@ -28,8 +34,7 @@ inline double apply(Op op, double x, double y) {
     case Op::DIVIDE:
         return x / BtExpMath::safeDivisor(y);
     case Op::POWER:
-        // No root of a negative number is ever taken.
-        return x >= BtExpMath::EPS ? std::pow(x, y) : 0.0;
+        return raisesBase(x) ? std::pow(x, y) : 0.0;
     case Op::INTEGER_MOD:
         return integerMod(x, y);
     }

@@ -7,6 +7,12 @@
 
 namespace Qv {
 
+namespace {
+PxConstantAnimValueNode<double> const* asConstant(PxNodePtr<PxAnimValueProtocol<double> const> const& node) {
+    return dynamic_cast<PxConstantAnimValueNode<double> const*>(node.get());
+}
+} // namespace
+
 // Walks the tree depth first, left first, as the nodes evaluate; registers are
 // numbered once the counts are known: constants, time, leaves, then steps.
 struct BtExpArithmeticProgram::Compiler {
@@ -32,9 +38,10 @@ struct BtExpArithmeticProgram::Compiler {
     }
 
     Ref operand(PxNodePtr<PxAnimValueProtocol<double> const> const& node) {
-        if (auto const* operation = dynamic_cast<BtExpArithmeticOperation const*>(node.get()))
+        auto const* operation = dynamic_cast<BtExpArithmeticOperation const*>(node.get());
+        if (operation != nullptr && flattens(*operation))
             return walk(*operation);
-        if (auto const* constant = dynamic_cast<PxConstantAnimValueNode<double> const*>(node.get())) {
+        if (auto const* constant = asConstant(node)) {
             program._constants.push_back(constant->getValue());
             program._constantsInterval.intersect(constant->getResult().getVI());
             return {CONSTANT, static_cast<int>(program._constants.size()) - 1};
@@ -84,7 +91,16 @@ struct BtExpArithmeticProgram::Compiler {
     }
 };
 
+bool BtExpArithmeticProgram::flattens(BtExpArithmeticOperation const& operation) {
+    if (operation.getOp() != BtExpArithmetic::Op::POWER)
+        return true;
+    auto const* exponent = asConstant(operation.getOperand(1));
+    return exponent != nullptr && exponent->getResult().getVI() == PxValidityInterval::FULL;
+}
+
 BtExpArithmeticProgram::BtExpArithmeticProgram(BtExpArithmeticOperation const& root) {
+    if (!flattens(root))
+        return; // not compiled: the power evaluates itself
     Compiler compiler{*this, false, {}};
     compiler.walk(root);
     compiler.finish();

@@ -8,6 +8,12 @@
 // order on the same values, and the same interval (the intersection of every
 // leaf's, the constants' and the time's, as each operator intersects its
 // operands'). Leaves are asked in the order the nodes would ask them.
+//
+// A power is the one operator that may leave an operand unasked: when its
+// base gives 0 the exponent is not evaluated and does not narrow the
+// interval. A program asks every leaf before it computes, so a power is
+// flattened only when its exponent is a constant valid forever; any other
+// power is a leaf, which evaluates itself (and its operands their programs).
 #include "btExpArithmetic.h"
 #include "pxAnimValueProtocol.h"
 #include "pxHandles.h"
@@ -34,7 +40,8 @@ public:
 
     explicit BtExpArithmeticProgram(BtExpArithmeticOperation const& root);
 
-    // False when the tree needs more registers than there are.
+    // False when the tree needs more registers than there are, or when its
+    // root is a power that cannot be flattened.
     bool isCompiled() const { return !_steps.empty(); }
     void evaluate(PxResult<double>& result, PxTimeContext const& context) const;
 
@@ -49,6 +56,9 @@ private:
         std::uint8_t y;
     };
     struct Compiler;
+
+    // Whether an operation joins the program of the tree above it.
+    static bool flattens(BtExpArithmeticOperation const& operation);
 
     std::vector<double> _constants; // preloaded into the first registers
     PxValidityInterval _constantsInterval = PxValidityInterval::FULL;

@@ -60,6 +60,13 @@ TEST_F(ExpressionIntervals, OfTexts) {
         // One branch only: the branch not taken does not narrow.
         {"if(1<2,5,t)", 3.0, PxValidityInterval::FULL},
         {"if(t<1,5,7)", 0.0, {-TICK, TICK}},
+        // A power whose base gives 0 asks nothing of its exponent.
+        {"0^t", 2.0, PxValidityInterval::FULL},
+        {"pow(-1,t*2)", 2.0, PxValidityInterval::FULL},
+        {"1+0^sin(t)*3", 2.0, PxValidityInterval::FULL},
+        {"(t-2)^t", 2.0, {2.0 - TICK, 2.0 + TICK}}, // the base follows the clock
+        {"2^t", 2.0, {2.0 - TICK, 2.0 + TICK}},
+        {"t^2", 2.0, {2.0 - TICK, 2.0 + TICK}},
         // Only square narrows around the time; the other clock curves do not.
         {"square(1,1,0)", 0.25, {0.25 - TICK, 0.25 + TICK}},
         {"sinus(1,1,0)", 0.25, PxValidityInterval::FULL},
@@ -112,6 +119,21 @@ TEST_F(ExpressionIntervals, ChildrenAreAskedInOrderAndIntervalsIntersect) {
         {"&& asks both sides even when the left one is false",
          BtExpNodeTypes::create<BtLogicalAndNode>(condition(false, early), condition(true, late)),
          {"c1@0.500000", "c2@0.500000", "c1@0.500000", "c2@0.500000"},
+         {-1.0, 2.0}},
+        {"a power whose base gives 0 does not ask its exponent",
+         BtExpNodeTypes::create<BtPowNode>(probe("x", 0, early), probe("y", 3, late)),
+         {"x@0.500000"},
+         early},
+        {"nor when it is an operand of a flattened tree",
+         BtExpNodeTypes::create<BtBinaryAddNode<double>>(
+             BtExpNodeTypes::asTyped<double>(
+                 BtExpNodeTypes::create<BtPowNode>(probe("x", -2, early), probe("y", 3, late))),
+             probe("z", 1, PxValidityInterval::FULL)),
+         {"x@0.500000", "z@0.500000"},
+         early},
+        {"a power of a base above 0 asks both",
+         BtExpNodeTypes::create<BtPowNode>(probe("x", 2, early), probe("y", 3, late)),
+         {"x@0.500000", "y@0.500000"},
          {-1.0, 2.0}},
         {"rand takes its seed's interval",
          BtExpNodeTypes::create<BtRandNode>(probe("seed", 5, early)),
