@@ -84,7 +84,21 @@ TEST_P(NestingLimit, IsTwoHundredStackedSymbols) {
 INSTANTIATE_TEST_SUITE_P(Nesting, NestingLimit,
                          ::testing::Values(Depth{"(", "1", ")", 195}, Depth{"-", "1", "", 196},
                                            Depth{"f(", "1", ")", 97}, Depth{"!", "a<b", "", 194},
-                                           Depth{"1+(", "1", ")", 65}));
+                                           Depth{"1+(", "1", ")", 65},
+                                           // Every stacked symbol holds its text.
+                                           Depth{"some_function_of_a_long_name(", "Node.Attribute", ")", 97},
+                                           Depth{"Node.Attribute + (", "Node.Attribute", ")", 65}));
+
+// Far past the limit the stacks stay as they are: the parse stops cleanly,
+// and the next one starts afresh.
+TEST(NestingLimit, FarPastItIsTheSameCleanError) {
+    for (char const* open : {"(", "-", "g(", "Node.Attribute*(", "!"}) {
+        std::string const text = repeat(open, 5000) + "x";
+        EXPECT_EQ(failureOf(text), (Failure{1, 1, MALFORMED})) << open;
+        EXPECT_EQ(parse("a+1"), (std::vector<std::string>{"onAttribute \"a\" 1 2", "onConstant \"1\" 3 4",
+                                                          "onBinaryOperator \"+\" 2 3"}));
+    }
+}
 
 TEST(NestingLimit, LeavesLongFlatTextsAlone) {
     EXPECT_NO_THROW(parse(repeat("1+", 5000) + "1"));
