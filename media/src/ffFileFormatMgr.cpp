@@ -12,9 +12,11 @@ namespace Qv {
 
 namespace {
 
-// Plug-ins that are no file format of images.
+// Plug-ins that are no file format of images, and IFF, whose reader in the
+// image library divides by zero on every scanline read and crashes on a
+// short file: the formats this system cannot read safely.
 bool isPseudoFormat(std::string const& name) {
-    return name == "null" || name == "term";
+    return name == "null" || name == "term" || name == "iff";
 }
 
 std::string lower(std::string_view text) {

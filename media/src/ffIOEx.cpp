@@ -18,6 +18,7 @@ Message gIOError{MsgSubscription("MSG_FF_IO_ERROR"), "%1%2"};
 Message gUnknownFormat{MsgSubscription("MSG_FF_UNKNOWN_FORMAT"), "%1: unknown file format%2"};
 Message gFileNotFound{MsgSubscription("MSG_FF_FILE_NOT_FOUND"), "%1: no such file%2"};
 Message gIncompleteFile{MsgSubscription("MSG_FF_INCOMPLETE_FILE"), "%1: the file is incomplete%2"};
+Message gCorruptFile{MsgSubscription("MSG_FF_CORRUPT_FILE"), "%1: the file is damaged%2"};
 Message gOpNotSupported{MsgSubscription("MSG_FF_OP_NOT_SUPPORTED"), "%1: operation not supported%2"};
 Message gReadError{MsgSubscription("MSG_FF_READ_ERROR"), "%1: cannot read the file%2"};
 Message gWriteError{MsgSubscription("MSG_FF_WRITE_ERROR"), "%1: cannot write the file%2"};
@@ -36,7 +37,7 @@ std::string compose(Message const& message, std::string const& fileName, std::st
 
 Message const& find(MsgSubscription const& subscription) {
     for (Message const* message : {&gIOError, &gUnknownFormat, &gFileNotFound, &gIncompleteFile,
-                                   &gOpNotSupported, &gReadError, &gWriteError, &gBadOptions})
+                                   &gCorruptFile, &gOpNotSupported, &gReadError, &gWriteError, &gBadOptions})
         if (&message->subscription == &subscription)
             return *message;
     return gIOError;
@@ -53,8 +54,8 @@ FfIOEx::FfIOEx(char const* file, int line, MsgSubscription const& message, std::
       _detail(std::move(detail)) {}
 
 void FfIOEx::subscribeMessages() {
-    for (Message* message : {&gIOError, &gUnknownFormat, &gFileNotFound, &gIncompleteFile, &gOpNotSupported,
-                             &gReadError, &gWriteError, &gBadOptions})
+    for (Message* message : {&gIOError, &gUnknownFormat, &gFileNotFound, &gIncompleteFile, &gCorruptFile,
+                             &gOpNotSupported, &gReadError, &gWriteError, &gBadOptions})
         MsgServer::getInstance().subscribe(message->subscription);
 }
 
@@ -64,6 +65,7 @@ void FfIOEx::subscribeMessages() {
 QV_FF_IO_EX_DEFINE(ExUnknownFormat, gUnknownFormat)
 QV_FF_IO_EX_DEFINE(ExFileNotFound, gFileNotFound)
 QV_FF_IO_EX_DEFINE(ExIncompleteFile, gIncompleteFile)
+QV_FF_IO_EX_DEFINE(ExCorruptFile, gCorruptFile)
 QV_FF_IO_EX_DEFINE(ExOpNotSupported, gOpNotSupported)
 QV_FF_IO_EX_DEFINE(ExReadError, gReadError)
 QV_FF_IO_EX_DEFINE(ExWriteError, gWriteError)

@@ -27,6 +27,8 @@ public:
     class ExFileNotFound;
     // The file ends before all its pixels, or it was closed before all its rows were written.
     class ExIncompleteFile;
+    // The file is all there, but its data does not decode: damaged.
+    class ExCorruptFile;
     // The format cannot do what was asked (write a read-only format, a
     // mismatch of formats, blocks out of order).
     class ExOpNotSupported;
@@ -57,6 +59,7 @@ private:
 QV_FF_IO_EX(ExUnknownFormat);
 QV_FF_IO_EX(ExFileNotFound);
 QV_FF_IO_EX(ExIncompleteFile);
+QV_FF_IO_EX(ExCorruptFile);
 QV_FF_IO_EX(ExOpNotSupported);
 QV_FF_IO_EX(ExReadError);
 QV_FF_IO_EX(ExWriteError);

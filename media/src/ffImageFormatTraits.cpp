@@ -10,18 +10,25 @@ namespace {
 using D = ImPixelFormat;
 
 // Rows of 64 lines: a multiple of every EXR compression's chunk (1, 16, 32)
-// and enough for the codec to run its chunks in parallel.
+// and enough for the codec to run its chunks in parallel. Reads are watched
+// where the library reads through a proxy and no further than it needs:
+// JPEG's reads its file itself, Cineon's, SGI's and ZFILE's take no proxy,
+// and PNM's asks for the whole file at once.
 std::vector<FfImageFormatTraits> const& table() {
     static std::vector<FfImageFormatTraits> const formats{
-        {"openexr", "EXR", "exr", {D::ECR, D::HDR}, 4, 64},
-        {"tiff", "TIFF", "tif", {D::UINT16, D::UINT8, D::ECR, D::HDR}, 4, 64},
-        {"dpx", "DPX", "dpx", {D::UINT16, D::UINT8}, 4, 64},
-        {"cineon", "Cineon", "cin", {D::UINT16}, 3, 64},
-        {"png", "PNG", "png", {D::UINT8, D::UINT16}, 4, 64},
-        {"jpeg", "JPEG", "jpg", {D::UINT8}, 3, 64},
-        {"targa", "TGA", "tga", {D::UINT8}, 4, 64},
-        {"sgi", "SGI", "sgi", {D::UINT8, D::UINT16}, 4, 64},
-        {"hdr", "HDR", "hdr", {D::HDR}, 3, 64},
+        {"openexr", "EXR", "exr", {D::ECR, D::HDR}, 4, 64, true},
+        {"tiff", "TIFF", "tif", {D::UINT16, D::UINT8, D::ECR, D::HDR}, 4, 64, true},
+        {"dpx", "DPX", "dpx", {D::UINT16, D::UINT8}, 4, 64, true},
+        {"cineon", "Cineon", "cin", {D::UINT16}, 3, 64, false},
+        {"png", "PNG", "png", {D::UINT8, D::UINT16}, 4, 64, true},
+        {"jpeg", "JPEG", "jpg", {D::UINT8}, 3, 64, false},
+        {"targa", "TGA", "tga", {D::UINT8}, 4, 64, true},
+        {"sgi", "SGI", "sgi", {D::UINT8, D::UINT16}, 4, 64, false},
+        {"hdr", "HDR", "hdr", {D::HDR}, 3, 64, true},
+        {"bmp", "BMP", "bmp", {D::UINT8}, 4, 64, true},
+        {"gif", "GIF", "gif", {D::UINT8}, 4, 64, true},
+        {"pnm", "PNM", "ppm", {D::UINT8, D::UINT16}, 3, 64, false},
+        {"zfile", "ZFILE", "zfile", {D::HDR}, 1, 64, false},
     };
     return formats;
 }
@@ -48,8 +55,13 @@ FfImageFormatTraits FfImageFormatTraits::find(std::string_view libraryName) {
     for (FfImageFormatTraits const& traits : table())
         if (traits.libraryName == libraryName)
             return traits;
-    FfImageFormatTraits traits{
-        std::string(libraryName), std::string(libraryName), "", {D::UINT8, D::UINT16, D::ECR, D::HDR}, 4, 64};
+    FfImageFormatTraits traits{std::string(libraryName),
+                               std::string(libraryName),
+                               "",
+                               {D::UINT8, D::UINT16, D::ECR, D::HDR},
+                               4,
+                               64,
+                               false};
     std::transform(traits.name.begin(), traits.name.end(), traits.name.begin(),
                    [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     return traits;

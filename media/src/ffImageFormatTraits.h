@@ -1,7 +1,7 @@
 #pragma once
 // What this system knows of each image format beyond what the image library
 // says: its name here, the extension files get, the depths and component
-// counts it stores, and the rows it writes at once.
+// counts it stores, the rows it writes at once, and how a short file shows.
 #include "imPixelFormat.h"
 
 #include <string>
@@ -17,6 +17,9 @@ struct FfImageFormatTraits {
     std::vector<ImPixelFormat::Depth> depths; // the depths it stores
     int maxComps = 4;
     int blockRows = 64;
+    // The library reads the file through an FfWatchedFile and asks for no
+    // byte past what it needs, so that a short read means the data ran out.
+    bool watchReads = false;
 
     // The depth stored for the one asked: itself when the format has it, else
     // the closest deeper one, else the deepest.

@@ -3,6 +3,9 @@
 #include "assertions.h"
 #include "ffIOEx.h"
 #include "ffOiioUtil.h"
+#include "ffPromisedSize.h"
+#include "ffReadFailure.h"
+#include "ffWatchedFile.h"
 #include "imComponent.h"
 #include "imMemoryBuffer.h"
 #include "piImageFile.h"
@@ -11,6 +14,7 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <fmt/format.h>
 
 namespace Qv {
 
@@ -32,6 +36,12 @@ FfImageReader::FfImageReader(OsFilePath const& path, FfImageFormatTraits const& 
     std::error_code error;
     if (!std::filesystem::is_regular_file(path.toStdPath(), error))
         throw FfIOEx::ExFileNotFound(__FILE__, __LINE__, path.toString());
+    std::uintmax_t const size = std::filesystem::file_size(path.toStdPath(), error);
+    if (std::optional<std::uintmax_t> const promised = FfPromisedSize::of(path, traits.libraryName);
+        !error && promised && size < *promised)
+        throw FfIOEx::ExIncompleteFile(
+            __FILE__, __LINE__, path.toString(),
+            fmt::format("{} bytes of the {} its header promises", size, *promised));
     _input = OIIO::ImageInput::create(traits.libraryName);
     if (!_input)
         throw FfIOEx::ExUnknownFormat(__FILE__, __LINE__, path.toString(),
@@ -40,10 +50,17 @@ FfImageReader::FfImageReader(OsFilePath const& path, FfImageFormatTraits const& 
     // the library's, so no premultiplication happens on the way.
     OIIO::ImageSpec config;
     config.attribute("oiio:UnassociatedAlpha", 1);
+    if (traits.watchReads && _input->supports("ioproxy")) {
+        _watch = std::make_unique<FfWatchedFile>(path.toString());
+        _input->set_ioproxy(_watch.get());
+    }
     OIIO::ImageSpec spec;
-    if (!_input->open(path.toString(), spec, config))
-        throw FfIOEx::ExReadError(__FILE__, __LINE__, path.toString(),
-                                  FfOiioUtil::takeError(_input->geterror()));
+    if (!_input->open(path.toString(), spec, config)) {
+        std::string const text = FfOiioUtil::takeError(_input->geterror());
+        if (FfReadFailure::ranOut(_watch.get(), text))
+            throw FfIOEx::ExIncompleteFile(__FILE__, __LINE__, path.toString(), text);
+        throw FfIOEx::ExReadError(__FILE__, __LINE__, path.toString(), text);
+    }
     if (spec.width <= 0 || spec.height <= 0 || spec.nchannels <= 0 || spec.depth > 1)
         throw FfIOEx::ExOpNotSupported(__FILE__, __LINE__, path.toString(),
                                        "not a flat two-dimensional image");
@@ -133,11 +150,17 @@ ImImage FfImageReader::allocateStrip(ImLayout const& layout) {
 void FfImageReader::read(int y1, int y2, int chBegin, int chEnd, ImPixelFormat depth, std::byte* data,
                          std::size_t rowBytes) {
     OIIO::ImageSpec const& spec = _input->spec();
-    if (!_input->read_scanlines(0, 0, spec.y + y1, spec.y + y2, spec.z, chBegin, chEnd,
-                                FfOiioUtil::toTypeDesc(depth), data, OIIO::AutoStride,
-                                static_cast<OIIO::stride_t>(rowBytes)))
-        throw FfIOEx::ExIncompleteFile(__FILE__, __LINE__, _path.toString(),
-                                       FfOiioUtil::takeError(_input->geterror()));
+    bool const read = _input->read_scanlines(0, 0, spec.y + y1, spec.y + y2, spec.z, chBegin, chEnd,
+                                             FfOiioUtil::toTypeDesc(depth), data, OIIO::AutoStride,
+                                             static_cast<OIIO::stride_t>(rowBytes));
+    if (read && !_input->has_error())
+        return;
+    std::string const text = _input->geterror();
+    std::string const detail =
+        fmt::format("rows {} to {}{}", y1, y2, text.empty() ? "" : ": " + FfOiioUtil::takeError(text));
+    if (FfReadFailure::ranOut(_watch.get(), text))
+        throw FfIOEx::ExIncompleteFile(__FILE__, __LINE__, _path.toString(), detail);
+    throw FfIOEx::ExCorruptFile(__FILE__, __LINE__, _path.toString(), detail);
 }
 
 void FfImageReader::shuffle(std::byte const* scratch, int chBegin, int chEnd, ImWriteGuard const& dst,

@@ -3,6 +3,11 @@
 // opened once, its header read once, and each strip's rows are read straight
 // into the strip's memory in the depth asked, when the channels wanted are
 // a run of the file's; otherwise through one scratch buffer per reader.
+//
+// A read fails when the library says so, and also when it returns with an
+// error pending (JPEG's and uncompressed TIFF's do, filling what they could
+// not decode). Whether the file was cut short or is damaged, FfReadFailure
+// tells from what the library did and said.
 #include "ffImageFormatTraits.h"
 #include "geRectangle.h"
 #include "geVector.h"
@@ -24,10 +29,13 @@ OIIO_NAMESPACE_END
 
 namespace Qv {
 
+class FfWatchedFile;
+
 class FfImageReader {
 public:
     // Opens the file and reads its header. Throws FfIOEx::ExFileNotFound,
-    // ExUnknownFormat when the library cannot read it, ExReadError.
+    // ExUnknownFormat when the library cannot read it, ExIncompleteFile when
+    // the header is cut short, ExReadError.
     FfImageReader(OsFilePath const& path, FfImageFormatTraits const& traits);
     ~FfImageReader();
 
@@ -42,6 +50,8 @@ public:
     void setChannelAssignment(std::vector<int> const& channels);
     void setRegion(GeRectangle<int> const& region);
     void setMemoryFactory(ImMemory::Factory const& factory) { _factory = &factory; }
+    // Throws FfIOEx::ExIncompleteFile when the file ends before the strip's
+    // rows, ExCorruptFile when they do not decode.
     ImImageConst readStrip();
     // Width and height of a full strip.
     GeVector2<int> getStripSize() const { return {_region.getWidth(), _stripRows}; }
@@ -55,6 +65,7 @@ private:
                  int xOffset) const;
 
     OsFilePath _path;
+    std::unique_ptr<FfWatchedFile> _watch; // outlives the input that reads through it
     std::unique_ptr<OIIO::ImageInput> _input;
     ImLayout _fileLayout;
     ImFormat _format;

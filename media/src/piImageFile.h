@@ -5,7 +5,8 @@
 // wanted in memory (depth and component count), optionally which file channel
 // feeds each component and a region of interest; then readStrip() gives the
 // region's rows from top to bottom, a few at a time, and a null image after
-// the last. A file that ends early throws FfIOEx::ExIncompleteFile.
+// the last. A file that ends early throws FfIOEx::ExIncompleteFile, one
+// whose data does not decode FfIOEx::ExCorruptFile.
 //
 // Writing: set the size, optionally the format to store and the format
 // options, then give blocks of pixels (any format; the file converts) in rows

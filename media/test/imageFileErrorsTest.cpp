@@ -18,13 +18,6 @@ protected:
     void writeText(OsFilePath const& file, std::string const& text) {
         std::ofstream(file.toString()) << text;
     }
-    // Every strip of the file, as a reader node takes them.
-    static void readAll(OsFilePath const& file) {
-        PiImageFilePtr const image = FfFileFormatMgr::getInstance().openImageFile(file);
-        image->setFormat(ImFormat(4, ImPixelFormat::ECR));
-        while (!image->readStrip().isNull()) {
-        }
-    }
 };
 
 template <class Ex>
@@ -60,15 +53,6 @@ TEST_F(ImageFileErrors, filesThatCannotBeOpenedAreNamed) {
         "a read-only format");
     expectNamed<FfIOEx::ExWriteError>([&] { formats.createImageFile(path("no/such/folder/out.exr")); },
                                       path("no/such/folder/out.exr"), "a folder that is not there");
-}
-
-TEST_F(ImageFileErrors, truncatedFilesAreIncomplete) {
-    for (char const* extension : {"exr", "png"}) {
-        OsFilePath const file = path(std::string("cut.") + extension);
-        FfImageWriteUtil::writeTile(file, patternTile(64, 300));
-        std::filesystem::resize_file(file.toStdPath(), std::filesystem::file_size(file.toStdPath()) * 6 / 10);
-        expectNamed<FfIOEx::ExIncompleteFile>([&] { readAll(file); }, file, extension);
-    }
 }
 
 TEST_F(ImageFileErrors, aFailedWriteLeavesNothingAndKeepsTheOldFile) {

@@ -1,0 +1,136 @@
+// Files cut short and files damaged in their middle, in every format the file
+// layer can write a fixture in: a short file is incomplete, a damaged one
+// corrupt, and the error names the file; never a crash, never a silent read.
+#include "ffFileFormatMgr.h"
+#include "ffIOEx.h"
+#include "ffImageWriteUtil.h"
+#include "mediaTestUtil.h"
+
+#include <fstream>
+#include <map>
+
+namespace Qv {
+namespace {
+
+using MediaTest::patternTile;
+
+enum class Outcome {
+    READ,       // every strip came: damage to raw pixels shows only in the pixels
+    INCOMPLETE, // FfIOEx::ExIncompleteFile
+    CORRUPT,    // FfIOEx::ExCorruptFile
+    UNREADABLE, // FfIOEx::ExReadError at open: the header no longer reads
+    OTHER,
+};
+
+char const* nameOf(Outcome outcome) {
+    switch (outcome) {
+    case Outcome::READ:
+        return "read";
+    case Outcome::INCOMPLETE:
+        return "incomplete";
+    case Outcome::CORRUPT:
+        return "corrupt";
+    case Outcome::UNREADABLE:
+        return "unreadable";
+    case Outcome::OTHER:
+        break;
+    }
+    return "another error";
+}
+
+struct DamageCase {
+    Outcome cut;     // the file cut at 60 % of its length
+    Outcome damaged; // the middle fifth of its bytes overwritten
+};
+
+// Every image format that can write a fixture, by name. A format the library
+// adds fails the test until it has a row here.
+std::map<std::string, DamageCase> const& cases() {
+    using O = Outcome;
+    static std::map<std::string, DamageCase> const table{
+        {"EXR", {O::INCOMPLETE, O::CORRUPT}},
+        {"TIFF", {O::INCOMPLETE, O::CORRUPT}},
+        {"DPX", {O::INCOMPLETE, O::READ}},
+        {"PNG", {O::INCOMPLETE, O::CORRUPT}},
+        {"JPEG", {O::INCOMPLETE, O::CORRUPT}},
+        {"TGA", {O::INCOMPLETE, O::READ}},
+        {"SGI", {O::INCOMPLETE, O::READ}},
+        {"HDR", {O::INCOMPLETE, O::CORRUPT}},
+        {"BMP", {O::INCOMPLETE, O::READ}},
+        {"FITS", {O::INCOMPLETE, O::READ}},
+        // The library decodes the whole image at open: its damage shows there.
+        {"GIF", {O::INCOMPLETE, O::UNREADABLE}},
+        // The codecs of these two decode damaged data without a word.
+        {"HEIF", {O::INCOMPLETE, O::READ}},
+        {"WEBP", {O::INCOMPLETE, O::READ}},
+        {"ICO", {O::INCOMPLETE, O::READ}},
+        {"JPEG2000", {O::INCOMPLETE, O::READ}},
+        {"PNM", {O::INCOMPLETE, O::READ}},
+        {"RLA", {O::INCOMPLETE, O::CORRUPT}},
+        {"ZFILE", {O::INCOMPLETE, O::READ}},
+    };
+    return table;
+}
+
+class ImageFileDamage : public MediaTest::FileTest {
+protected:
+    // Reads every strip, as a reader node does; an error must name the file.
+    static Outcome readAll(OsFilePath const& file) {
+        try {
+            PiImageFilePtr const image = FfFileFormatMgr::getInstance().openImageFile(file);
+            image->setFormat(ImFormat(4, ImPixelFormat::ECR));
+            while (!image->readStrip().isNull()) {
+            }
+            return Outcome::READ;
+        } catch (FfIOEx const& error) {
+            EXPECT_EQ(error.getFileName(), file.toString());
+            EXPECT_NE(std::string(error.what()).find(file.toString()), std::string::npos) << error.what();
+            if (dynamic_cast<FfIOEx::ExIncompleteFile const*>(&error))
+                return Outcome::INCOMPLETE;
+            if (dynamic_cast<FfIOEx::ExCorruptFile const*>(&error))
+                return Outcome::CORRUPT;
+            if (dynamic_cast<FfIOEx::ExReadError const*>(&error))
+                return Outcome::UNREADABLE;
+            ADD_FAILURE() << error.what();
+            return Outcome::OTHER;
+        }
+    }
+
+    static void damage(OsFilePath const& file) {
+        auto const size = static_cast<std::streamoff>(std::filesystem::file_size(file.toStdPath()));
+        std::fstream stream(file.toString(), std::ios::in | std::ios::out | std::ios::binary);
+        stream.seekp(size * 2 / 5);
+        for (std::streamoff i = size * 2 / 5; i < size * 3 / 5; ++i)
+            stream.put(static_cast<char>(i * 151 + 89));
+    }
+};
+
+TEST_F(ImageFileDamage, shortFilesAreIncompleteAndDamagedOnesCorrupt) {
+    for (FfFileFormatPtr const& format : FfFileFormatMgr::getInstance().getFormats()) {
+        if (!format->isImageFormat() || !format->canWrite())
+            continue;
+        auto const found = cases().find(format->getName());
+        if (found == cases().end()) {
+            ADD_FAILURE() << format->getName() << " has no case";
+            continue;
+        }
+        OsFilePath const whole = path("whole." + format->getExtensions().front());
+        FfImageWriteUtil::writeTile(whole, patternTile(48, 200));
+        ASSERT_EQ(readAll(whole), Outcome::READ) << format->getName();
+        auto const size = std::filesystem::file_size(whole.toStdPath());
+
+        OsFilePath const cut = path("cut." + format->getExtensions().front());
+        std::filesystem::copy_file(whole.toStdPath(), cut.toStdPath());
+        std::filesystem::resize_file(cut.toStdPath(), size * 3 / 5);
+        EXPECT_STREQ(nameOf(readAll(cut)), nameOf(found->second.cut)) << format->getName() << " cut short";
+
+        OsFilePath const damaged = path("damaged." + format->getExtensions().front());
+        std::filesystem::copy_file(whole.toStdPath(), damaged.toStdPath());
+        damage(damaged);
+        EXPECT_STREQ(nameOf(readAll(damaged)), nameOf(found->second.damaged))
+            << format->getName() << " damaged";
+    }
+}
+
+} // namespace
+} // namespace Qv
