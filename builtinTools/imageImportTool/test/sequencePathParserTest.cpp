@@ -5,7 +5,9 @@
 #include "btSequencePathEx.h"
 #include "btSequencePathParser.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -150,22 +152,25 @@ TEST(SequencePathParser, LongListsGrowTheParserStack) {
 }
 
 TEST(SequencePathParser, ThreadsResolvingAtOnceEachGetTheirOwnResult) {
+    constexpr int THREADS = 8;
+    constexpr int REPEATS = 200;
+    // Every result of every thread, each checked against what its thread expects.
+    std::vector<std::vector<std::string>> results(THREADS);
     std::vector<std::thread> threads;
-    std::vector<std::string> results(8);
-    for (int t = 0; t < 8; ++t)
+    for (int t = 0; t < THREADS; ++t)
         threads.emplace_back([t, &results] {
             std::string const text = "p" + std::to_string(t) + ".[" + std::to_string(t) + "/3f|2].exr";
-            for (int i = 0; i < 200; ++i) {
-                std::string const result = resolveSequencePath(text);
-                if (i == 0 || result != results[t])
-                    results[t] = result;
-            }
+            for (int i = 0; i < REPEATS; ++i)
+                results[t].push_back(resolveSequencePath(text));
         });
     for (std::thread& thread : threads)
         thread.join();
-    for (int t = 0; t < 8; ++t)
-        EXPECT_EQ(results[t], "p" + std::to_string(t) + ".[" + std::to_string(t) + ":" +
-                                  std::to_string(t + 4) + "|2].exr");
+    for (int t = 0; t < THREADS; ++t) {
+        std::string const expected =
+            "p" + std::to_string(t) + ".[" + std::to_string(t) + ":" + std::to_string(t + 4) + "|2].exr";
+        EXPECT_THAT(results[t], ::testing::AllOf(::testing::SizeIs(REPEATS), ::testing::Each(expected)))
+            << "thread " << t;
+    }
 }
 
 } // namespace
