@@ -44,20 +44,12 @@ FfImageWriter::FfImageWriter(OsFilePath const& path, FfImageFormatTraits const& 
 }
 
 FfImageWriter::~FfImageWriter() {
-    if (_closed)
-        return;
-    if (_output) {
-        _output->close();
-        _output->geterror();
-    }
-    try {
-        OsFile(_temporary).remove();
-    } catch (ExBase const&) {
-        // Nothing more can be done from a destructor; the name marks it as temporary.
-    }
+    if (!_closed && !_discarded)
+        discard();
 }
 
-void FfImageWriter::fail(char const* file, int line, std::string const& detail) {
+void FfImageWriter::discard() {
+    _discarded = true;
     if (_output) {
         _output->close();
         _output->geterror();
@@ -66,7 +58,12 @@ void FfImageWriter::fail(char const* file, int line, std::string const& detail) 
     try {
         OsFile(_temporary).remove();
     } catch (ExBase const&) {
+        // Nothing more can be done; the name marks it as temporary.
     }
+}
+
+void FfImageWriter::fail(char const* file, int line, std::string const& detail) {
+    discard();
     throw FfIOEx::ExWriteError(file, line, _path.toString(), detail);
 }
 
@@ -146,6 +143,9 @@ void FfImageWriter::writeBlock(ImImageConst const& block) {
         return;
     if (_closed)
         throw FfIOEx::ExOpNotSupported(__FILE__, __LINE__, _path.toString(), "the file is closed");
+    if (_discarded)
+        throw FfIOEx::ExOpNotSupported(__FILE__, __LINE__, _path.toString(),
+                                       "the file was given up after an error");
     if (!_output)
         open(block.getFormat());
     GeRectangle<int> const& rect = block.getRect();
@@ -168,15 +168,15 @@ void FfImageWriter::writeBlock(ImImageConst const& block) {
         ImLayout const layout({0, _size.x, rect.y1, rect.y2},
                               ImFormat(_stored.getComps(), block.getFormat().getPixelFormat()));
         _band = ImImage(layout, ImMemoryBuffer::Factory::getInstance());
-        _bandPixels = 0;
+        _bandCoverage = FfBandCoverage(_size.x);
     }
     if (rect.y1 != _band.getRect().y1 || rect.y2 != _band.getRect().y2)
         throw FfIOEx::ExOpNotSupported(
             __FILE__, __LINE__, _path.toString(),
             fmt::format("block {} is not in the row of blocks {}", rect.dump(), _band.getRect().dump()));
     imFormatChange(ImWriteGuard(_band), ImReadGuard(block));
-    _bandPixels += static_cast<long long>(rect.getWidth()) * rect.getHeight();
-    if (_bandPixels >= static_cast<long long>(_band.getRect().getWidth()) * _band.getRect().getHeight()) {
+    _bandCoverage.add(rect.x1, rect.x2);
+    if (_bandCoverage.isComplete()) {
         ImImage const band = _band;
         _band = ImImage();
         writeRows(band);
@@ -186,13 +186,17 @@ void FfImageWriter::writeBlock(ImImageConst const& block) {
 void FfImageWriter::close() {
     if (_closed)
         return;
+    if (_discarded)
+        throw FfIOEx::ExOpNotSupported(__FILE__, __LINE__, _path.toString(),
+                                       "the file was given up after an error");
     if (!_output || _nextY != _size.y) {
-        std::string const detail = fmt::format("closed after {} of {} rows", _nextY, _size.y);
-        if (_output) {
-            _output->close();
-            _output->geterror();
-            _output.reset();
+        std::string detail = fmt::format("closed after {} of {} rows", _nextY, _size.y);
+        if (!_band.isNull()) {
+            auto const [x1, x2] = _bandCoverage.firstGap();
+            detail += fmt::format(", columns {} to {} of rows {} to {} never written", x1, x2,
+                                  _band.getRect().y1, _band.getRect().y2);
         }
+        discard();
         throw FfIOEx::ExIncompleteFile(__FILE__, __LINE__, _path.toString(), detail);
     }
     if (!_output->close())

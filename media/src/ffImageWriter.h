@@ -6,7 +6,11 @@
 //
 // Blocks come in rows of blocks from top to bottom. A block of whole rows in
 // the stored component count goes to the library as it is; narrower blocks
-// are gathered into a band of rows, written when the band is full.
+// are gathered into a band of rows, in any order, written when every pixel
+// of the band has come (FfBandCoverage): a block given again or over another
+// replaces those pixels and adds none. After a failure, or a close with rows
+// missing, the temporary file is gone and the writer takes nothing more.
+#include "ffBandCoverage.h"
 #include "ffFileFormatOptions.h"
 #include "ffImageFormatTraits.h"
 #include "geVector.h"
@@ -38,14 +42,16 @@ public:
     ImFormat getFormat() const;
     GeVector2<int> getPreferredBlockSize() const;
     // Throws FfIOEx::ExOpNotSupported for a block out of order or outside the
-    // image, ExWriteError when the library fails.
+    // image, or after the writer gave up; ExWriteError when the library fails.
     void writeBlock(ImImageConst const& block);
-    // Throws FfIOEx::ExIncompleteFile when rows are missing, ExWriteError.
+    // Throws FfIOEx::ExIncompleteFile when pixels are missing, ExWriteError.
     void close();
 
 private:
     void open(ImFormat const& blockFormat);
     void writeRows(ImImageConst const& rows);
+    // Closes the library's file, removes the temporary one, and takes no more blocks.
+    void discard();
     [[noreturn]] void fail(char const* file, int line, std::string const& detail);
 
     OsFilePath _path;
@@ -57,9 +63,10 @@ private:
     ImFormat _format; // as set
     ImFormat _stored; // as written, once open
     ImImage _band;    // rows being gathered from narrow blocks
-    long long _bandPixels = 0;
+    FfBandCoverage _bandCoverage;
     int _nextY = 0;
     bool _closed = false;
+    bool _discarded = false;
 };
 
 } // namespace Qv
