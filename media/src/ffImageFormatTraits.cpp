@@ -14,21 +14,27 @@ using D = ImPixelFormat;
 // where the library reads through a proxy and no further than it needs:
 // JPEG's reads its file itself, Cineon's, SGI's and ZFILE's take no proxy,
 // and PNM's asks for the whole file at once.
+//
+// The ratios leave room over the best measured: a flat 4096 by 2160 RGBA
+// half image is 12452 times its DWAB EXR, 933 times its 16-bit PNG, 873
+// times its zip TIFF; deflate itself stops near 1032, and a 1-bit PNG
+// widens 8 times. LZW (GIF) stops near 2730, widened 4 times; run-length
+// codes (TGA, SGI, HDR, BMP) near 128 pixels a run.
 std::vector<FfImageFormatTraits> const& table() {
     static std::vector<FfImageFormatTraits> const formats{
-        {"openexr", "EXR", "exr", {D::ECR, D::HDR}, 4, 64, true},
-        {"tiff", "TIFF", "tif", {D::UINT16, D::UINT8, D::ECR, D::HDR}, 4, 64, true},
-        {"dpx", "DPX", "dpx", {D::UINT16, D::UINT8}, 4, 64, true},
-        {"cineon", "Cineon", "cin", {D::UINT16}, 3, 64, false},
-        {"png", "PNG", "png", {D::UINT8, D::UINT16}, 4, 64, true},
-        {"jpeg", "JPEG", "jpg", {D::UINT8}, 3, 64, false},
-        {"targa", "TGA", "tga", {D::UINT8}, 4, 64, true},
-        {"sgi", "SGI", "sgi", {D::UINT8, D::UINT16}, 4, 64, false},
-        {"hdr", "HDR", "hdr", {D::HDR}, 3, 64, true},
-        {"bmp", "BMP", "bmp", {D::UINT8}, 4, 64, true},
-        {"gif", "GIF", "gif", {D::UINT8}, 4, 64, true},
-        {"pnm", "PNM", "ppm", {D::UINT8, D::UINT16}, 3, 64, false},
-        {"zfile", "ZFILE", "zfile", {D::HDR}, 1, 64, false},
+        {"openexr", "EXR", "exr", {D::ECR, D::HDR}, 4, 64, true, 1 << 17},
+        {"tiff", "TIFF", "tif", {D::UINT16, D::UINT8, D::ECR, D::HDR}, 4, 64, true, 1 << 14},
+        {"dpx", "DPX", "dpx", {D::UINT16, D::UINT8}, 4, 64, true, 32},
+        {"cineon", "Cineon", "cin", {D::UINT16}, 3, 64, false, 32},
+        {"png", "PNG", "png", {D::UINT8, D::UINT16}, 4, 64, true, 1 << 14},
+        {"jpeg", "JPEG", "jpg", {D::UINT8}, 3, 64, false, 1 << 12},
+        {"targa", "TGA", "tga", {D::UINT8}, 4, 64, true, 1 << 10},
+        {"sgi", "SGI", "sgi", {D::UINT8, D::UINT16}, 4, 64, false, 1 << 10},
+        {"hdr", "HDR", "hdr", {D::HDR}, 3, 64, true, 1 << 10},
+        {"bmp", "BMP", "bmp", {D::UINT8}, 4, 64, true, 1 << 11},
+        {"gif", "GIF", "gif", {D::UINT8}, 4, 64, true, 1 << 15},
+        {"pnm", "PNM", "ppm", {D::UINT8, D::UINT16}, 3, 64, false, 64},
+        {"zfile", "ZFILE", "zfile", {D::HDR}, 1, 64, false, 1 << 12},
     };
     return formats;
 }

@@ -20,6 +20,11 @@ struct FfImageFormatTraits {
     // The library reads the file through an FfWatchedFile and asks for no
     // byte past what it needs, so that a short read means the data ran out.
     bool watchReads = false;
+    // How many times its pixels, as the library gives them, can outweigh the
+    // file at most, its codecs at their best (a flat image, the narrowest
+    // depth widened): a header that claims more is not believed before
+    // anything is allocated for it. 0 when unknown.
+    int maxRatio = 0;
 
     // The depth stored for the one asked: itself when the format has it, else
     // the closest deeper one, else the deepest.

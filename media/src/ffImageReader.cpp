@@ -1,6 +1,7 @@
 #include "ffImageReader.h"
 
 #include "assertions.h"
+#include "ffHeaderLimits.h"
 #include "ffIOEx.h"
 #include "ffOiioUtil.h"
 #include "ffPromisedSize.h"
@@ -64,6 +65,7 @@ FfImageReader::FfImageReader(OsFilePath const& path, FfImageFormatTraits const& 
     if (spec.width <= 0 || spec.height <= 0 || spec.nchannels <= 0 || spec.depth > 1)
         throw FfIOEx::ExOpNotSupported(__FILE__, __LINE__, path.toString(),
                                        "not a flat two-dimensional image");
+    FfHeaderLimits::check(path, size, traits, spec);
     ImPixelFormat const depth = FfOiioUtil::fromTypeDesc(spec.format);
     _fileLayout = ImLayout({0, spec.width, 0, spec.height}, ImFormat(std::min(spec.nchannels, 4), depth));
     // Tiled files read best a whole row of tiles at a time.

@@ -15,10 +15,11 @@ namespace {
 using MediaTest::patternTile;
 
 enum class Outcome {
-    READ,       // every strip came: damage to raw pixels shows only in the pixels
-    INCOMPLETE, // FfIOEx::ExIncompleteFile
-    CORRUPT,    // FfIOEx::ExCorruptFile
-    UNREADABLE, // FfIOEx::ExReadError at open: the header no longer reads
+    READ,        // every strip came: damage to raw pixels shows only in the pixels
+    INCOMPLETE,  // FfIOEx::ExIncompleteFile
+    CORRUPT,     // FfIOEx::ExCorruptFile
+    UNREADABLE,  // FfIOEx::ExReadError at open: the header no longer reads
+    UNSUPPORTED, // FfIOEx::ExOpNotSupported: beyond what the system reads
     OTHER,
 };
 
@@ -32,6 +33,8 @@ char const* nameOf(Outcome outcome) {
         return "corrupt";
     case Outcome::UNREADABLE:
         return "unreadable";
+    case Outcome::UNSUPPORTED:
+        return "unsupported";
     case Outcome::OTHER:
         break;
     }
@@ -91,6 +94,8 @@ protected:
                 return Outcome::CORRUPT;
             if (dynamic_cast<FfIOEx::ExReadError const*>(&error))
                 return Outcome::UNREADABLE;
+            if (dynamic_cast<FfIOEx::ExOpNotSupported const*>(&error))
+                return Outcome::UNSUPPORTED;
             ADD_FAILURE() << error.what();
             return Outcome::OTHER;
         }
@@ -129,6 +134,50 @@ TEST_F(ImageFileDamage, shortFilesAreIncompleteAndDamagedOnesCorrupt) {
         damage(damaged);
         EXPECT_STREQ(nameOf(readAll(damaged)), nameOf(found->second.damaged))
             << format->getName() << " damaged";
+    }
+}
+
+// Headers patched to claim sizes no file of theirs holds: refused at open,
+// before anything is allocated for them, and never as a crash.
+TEST_F(ImageFileDamage, headersClaimingTooMuchAreRefusedAtOpen) {
+    struct Patch {
+        std::streamoff at;
+        std::uint32_t value;
+        int bytes;
+        bool bigEndian;
+    };
+    struct Case {
+        char const* what;
+        char const* extension;
+        std::vector<Patch> patches;
+        Outcome outcome;
+    };
+    // DPX (little-endian as written here): pixels a line at 0x304, lines at
+    // 0x308. TGA: width at 12, height at 14.
+    std::vector<Case> const cases{
+        {"a DPX line of 775 million pixels", "dpx", {{0x304, 775171634, 4, false}}, Outcome::UNSUPPORTED},
+        {"a DPX of 60000 by 60000 pixels",
+         "dpx",
+         {{0x304, 60000, 4, false}, {0x308, 60000, 4, false}},
+         Outcome::CORRUPT},
+        {"a TGA of 65535 by 65535 pixels",
+         "tga",
+         {{12, 65535, 2, false}, {14, 65535, 2, false}},
+         Outcome::CORRUPT},
+    };
+    for (Case const& c : cases) {
+        OsFilePath const file = path(std::string("claim.") + c.extension);
+        FfImageWriteUtil::writeTile(file, patternTile(8, 8));
+        {
+            std::fstream stream(file.toString(), std::ios::in | std::ios::out | std::ios::binary);
+            for (Patch const& patch : c.patches) {
+                stream.seekp(patch.at);
+                for (int i = 0; i < patch.bytes; ++i)
+                    stream.put(
+                        static_cast<char>(patch.value >> (8 * (patch.bigEndian ? patch.bytes - 1 - i : i))));
+            }
+        }
+        EXPECT_STREQ(nameOf(readAll(file)), nameOf(c.outcome)) << c.what;
     }
 }
 

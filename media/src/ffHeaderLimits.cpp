@@ -1,0 +1,39 @@
+#include "ffHeaderLimits.h"
+
+#include "ffIOEx.h"
+
+#include <OpenImageIO/imageio.h>
+#include <algorithm>
+#include <fmt/format.h>
+
+namespace Qv {
+
+void FfHeaderLimits::check(OsFilePath const& path, std::uintmax_t fileSize, FfImageFormatTraits const& traits,
+                           OIIO::ImageSpec const& spec) {
+    int const side = std::max({spec.width, spec.height, spec.tile_width, spec.tile_height});
+    if (side > MAX_SIDE || spec.nchannels > MAX_CHANNELS)
+        throw FfIOEx::ExOpNotSupported(
+            __FILE__, __LINE__, path.toString(),
+            fmt::format(
+                "{} by {} pixels of {} channels: more than this system reads ({} a side, {} channels)",
+                spec.width, spec.height, spec.nchannels, MAX_SIDE, MAX_CHANNELS));
+    if (traits.maxRatio <= 0)
+        return;
+    // In floating point: the products of absurd claims overflow integers.
+    double const pixelBytes = static_cast<double>(spec.pixel_bytes(true));
+    double const image = static_cast<double>(spec.width) * spec.height * pixelBytes;
+    double const tile =
+        static_cast<double>(spec.tile_width) * spec.tile_height * std::max(spec.tile_depth, 1) * pixelBytes;
+    if (std::max(image, tile) > static_cast<double>(fileSize) * traits.maxRatio)
+        throw FfIOEx::ExCorruptFile(
+            __FILE__, __LINE__, path.toString(),
+            fmt::format("its header claims {} by {} pixels of {} bytes{}, more than "
+                        "{} bytes of {} can hold",
+                        spec.width, spec.height, pixelBytes,
+                        spec.tile_width > 0
+                            ? fmt::format(" in tiles of {} by {}", spec.tile_width, spec.tile_height)
+                            : "",
+                        fileSize, traits.name));
+}
+
+} // namespace Qv

@@ -1,0 +1,28 @@
+#pragma once
+// What an image header may claim before the reader allocates anything for
+// it: sides of at most MAX_SIDE pixels and at most MAX_CHANNELS channels (no
+// image this system makes or meets comes near; a damaged header claims
+// hundreds of millions), and pixels, or one tile, no heavier than the
+// format's maxRatio times the file: the file could not hold them.
+#include "ffImageFormatTraits.h"
+#include "osFilePath.h"
+
+#include <OpenImageIO/oiioversion.h>
+#include <cstdint>
+
+OIIO_NAMESPACE_BEGIN
+class ImageSpec;
+OIIO_NAMESPACE_END
+
+namespace Qv {
+
+namespace FfHeaderLimits {
+inline constexpr int MAX_SIDE = 1 << 20;
+inline constexpr int MAX_CHANNELS = 1024;
+// Throws FfIOEx::ExOpNotSupported for a side or a channel count over the
+// limits, FfIOEx::ExCorruptFile for pixels the file cannot hold.
+void check(OsFilePath const& path, std::uintmax_t fileSize, FfImageFormatTraits const& traits,
+           OIIO::ImageSpec const& spec);
+} // namespace FfHeaderLimits
+
+} // namespace Qv
