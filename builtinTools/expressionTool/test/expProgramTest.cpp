@@ -11,6 +11,7 @@
 #include <cmath>
 #include <functional>
 #include <random>
+#include <string>
 
 using namespace Qv;
 using Qv::ExpTest::evaluate;
@@ -40,7 +41,7 @@ class Generator {
 public:
     explicit Generator(unsigned seed) : _random(seed) {}
 
-    // A full tree has every leaf at the full depth.
+    // A full tree has every leaf at the full depth, but for the operands powers are given.
     Tree make(int depth, bool full = false) {
         if (depth == 0 || (!full && pick(4) == 0))
             return leaf();
