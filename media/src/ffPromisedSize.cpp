@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <string>
 #include <vector>
 
 namespace Qv {
@@ -116,9 +119,85 @@ Size pnm(OsFilePath const& path) {
     return raster + width * height * bytes * (kind == 6 ? 3 : 1);
 }
 
+// A string of at most `limit` characters ended by a zero; nullopt past the
+// limit or the end of the file.
+std::optional<std::string> zeroEnded(std::istream& stream, std::size_t limit) {
+    std::string text;
+    for (char c; stream.get(c);) {
+        if (c == '\0')
+            return text;
+        if (text.size() == limit)
+            return std::nullopt;
+        text.push_back(c);
+    }
+    return std::nullopt;
+}
+
+// Magic, version, then attributes (name, type, 4-byte size, value) up to an
+// empty name; a multi-part file has one such header per part, then an empty
+// one. The library allocates what a size claims before reading the value, so
+// every value must fit in the file; so must a single scan-line part's table
+// of chunk offsets, one for each chunk of rows its compression codes at once.
+Size exr(OsFilePath const& path) {
+    std::error_code error;
+    std::uintmax_t const fileSize = std::filesystem::file_size(path.toStdPath(), error);
+    std::ifstream stream(path.toStdPath(), std::ios::binary);
+    Bytes magic(8);
+    if (error || !stream.read(reinterpret_cast<char*>(magic.data()), 8) ||
+        littleEndian(magic, 0, 4) != 20000630)
+        return std::nullopt;
+    std::uintmax_t const flags = littleEndian(magic, 4, 4);
+    bool const multiPart = (flags & 0x1000) != 0;
+    bool const tiled = (flags & 0x200) != 0;
+    std::uintmax_t end = 8;
+    std::optional<std::uintmax_t> rows;
+    int rowsPerChunk = 1;
+    for (int part = 0;; ++part) {
+        bool empty = true;
+        for (;;) {
+            std::optional<std::string> const name = zeroEnded(stream, 255);
+            std::optional<std::string> const type = name && !name->empty() ? zeroEnded(stream, 255) : name;
+            if (!name || !type)
+                return fileSize + 1; // the file ends inside its header
+            if (name->empty())
+                break;
+            empty = false;
+            Bytes size(4);
+            if (!stream.read(reinterpret_cast<char*>(size.data()), 4))
+                return fileSize + 1;
+            std::uintmax_t const bytes = littleEndian(size, 0, 4);
+            if (bytes > 0x7fffffff)
+                return std::nullopt; // negative: the library refuses it
+            end = static_cast<std::uintmax_t>(stream.tellg()) + bytes;
+            if (end > fileSize)
+                return end;
+            Bytes value(*name == "dataWindow" || *name == "compression" ? bytes : 0);
+            stream.read(reinterpret_cast<char*>(value.data()), static_cast<std::streamsize>(value.size()));
+            if (*name == "dataWindow" && *type == "box2i" && bytes == 16 && part == 0)
+                rows = static_cast<std::uintmax_t>(
+                    static_cast<std::int64_t>(static_cast<std::int32_t>(littleEndian(value, 12, 4))) -
+                    static_cast<std::int32_t>(littleEndian(value, 4, 4)) + 1);
+            if (*name == "compression" && bytes == 1) {
+                static int const perChunk[] = {1, 1, 1, 16, 32, 16, 32, 32, 32, 256};
+                rowsPerChunk = value[0] < std::size(perChunk) ? perChunk[value[0]] : 1;
+            }
+            stream.seekg(static_cast<std::streamoff>(end));
+        }
+        end = static_cast<std::uintmax_t>(stream.tellg());
+        if (!multiPart || empty)
+            break;
+    }
+    if (multiPart || tiled || !rows || *rows > 0xffffffff)
+        return end;
+    return end + (*rows + static_cast<std::uintmax_t>(rowsPerChunk) - 1) /
+                     static_cast<std::uintmax_t>(rowsPerChunk) * 8;
+}
+
 } // namespace
 
 std::optional<std::uintmax_t> FfPromisedSize::of(OsFilePath const& path, std::string_view libraryName) {
+    if (libraryName == "openexr")
+        return exr(path);
     if (libraryName == "sgi")
         return sgi(path);
     if (libraryName == "zfile")
