@@ -37,6 +37,23 @@ std::uintmax_t littleEndian(Bytes const& bytes, std::size_t at, int count) {
     return value;
 }
 
+// "SDPX" (fields big-endian) or "XPDS", the pixels' offset at 4, the user
+// data's length at 32; the user data follows the 2048 bytes of standard
+// headers, and the library reads it whole at open. All ones is undefined.
+Size dpx(OsFilePath const& path) {
+    Bytes const h = head(path, 36);
+    if (h.size() < 36)
+        return std::nullopt;
+    std::string const magic(h.begin(), h.begin() + 4);
+    if (magic != "SDPX" && magic != "XPDS")
+        return std::nullopt;
+    auto field = [&](std::size_t at) {
+        std::uintmax_t const value = magic == "SDPX" ? bigEndian(h, at, 4) : littleEndian(h, at, 4);
+        return value == 0xffffffff ? 0 : value;
+    };
+    return std::max(field(4), 2048 + field(32));
+}
+
 // A 512-byte header, then each channel's rows, uncompressed when the storage byte is 0.
 Size sgi(OsFilePath const& path) {
     Bytes const h = head(path, 12);
@@ -198,6 +215,8 @@ Size exr(OsFilePath const& path) {
 std::optional<std::uintmax_t> FfPromisedSize::of(OsFilePath const& path, std::string_view libraryName) {
     if (libraryName == "openexr")
         return exr(path);
+    if (libraryName == "dpx")
+        return dpx(path);
     if (libraryName == "sgi")
         return sgi(path);
     if (libraryName == "zfile")

@@ -160,6 +160,8 @@ TEST_F(ImageFileDamage, headersClaimingTooMuchAreRefusedAtOpen) {
          "dpx",
          {{0x304, 60000, 4, false}, {0x308, 60000, 4, false}},
          Outcome::CORRUPT},
+        // The library reads the user data whole at open.
+        {"a DPX user data block of 1.4 GB", "dpx", {{32, 0x52525252, 4, false}}, Outcome::INCOMPLETE},
         {"a TGA of 65535 by 65535 pixels",
          "tga",
          {{12, 65535, 2, false}, {14, 65535, 2, false}},
@@ -178,6 +180,30 @@ TEST_F(ImageFileDamage, headersClaimingTooMuchAreRefusedAtOpen) {
             }
         }
         EXPECT_STREQ(nameOf(readAll(file)), nameOf(c.outcome)) << c.what;
+    }
+}
+
+// The EXR library allocates what an attribute's size claims before reading
+// the value: a size past the end of the file is a file cut short.
+TEST_F(ImageFileDamage, anExrAttributeLargerThanTheFileIsIncomplete) {
+    OsFilePath const file = path("claim.exr");
+    FfImageWriteUtil::writeTile(file, patternTile(8, 8));
+    std::fstream stream(file.toString(), std::ios::in | std::ios::out | std::ios::binary);
+    // After the magic and version: the first attribute's name, type, then its size.
+    stream.seekg(8);
+    std::string name, type;
+    std::getline(stream, name, '\0');
+    std::getline(stream, type, '\0');
+    ASSERT_FALSE(name.empty());
+    stream.seekp(stream.tellg());
+    stream.write("\x00\x00\x00\x70", 4);
+    stream.close();
+    try {
+        FfFileFormatMgr::getInstance().openImageFile(file);
+        ADD_FAILURE() << "opened";
+    } catch (FfIOEx::ExIncompleteFile const& error) {
+        // Told by the header's own sizes, before the library opened it.
+        EXPECT_NE(error.getDetail().find("its header promises"), std::string::npos) << error.what();
     }
 }
 
