@@ -19,6 +19,12 @@ bool isPseudoFormat(std::string const& name) {
     return name == "null" || name == "term" || name == "iff";
 }
 
+// The library's HEIF writer copies whole strides of the image it builds out
+// of each row it is given, reading past the end of the last: HEIF is read only.
+bool writesSafely(std::string const& name) {
+    return name != "heif";
+}
+
 std::string lower(std::string_view text) {
     std::string result(text);
     std::transform(result.begin(), result.end(), result.begin(),
@@ -57,7 +63,8 @@ FfFileFormatMgr::FfFileFormatMgr() {
                                                   ? std::vector<std::string>{}
                                                   : OIIO::Strutil::splits(entry.substr(colon + 1), ",");
         bool const canRead = std::find(readable.begin(), readable.end(), library) != readable.end();
-        bool const canWrite = std::find(writable.begin(), writable.end(), library) != writable.end();
+        bool const canWrite =
+            std::find(writable.begin(), writable.end(), library) != writable.end() && writesSafely(library);
         if (isPseudoFormat(library) || !canRead)
             continue;
         if (library == "ffmpeg") {

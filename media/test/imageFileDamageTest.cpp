@@ -63,8 +63,7 @@ std::map<std::string, DamageCase> const& cases() {
         {"FITS", {O::INCOMPLETE, O::READ}},
         // The library decodes the whole image at open: its damage shows there.
         {"GIF", {O::INCOMPLETE, O::UNREADABLE}},
-        // The codecs of these two decode damaged data without a word.
-        {"HEIF", {O::INCOMPLETE, O::READ}},
+        // Its codec decodes damaged data without a word.
         {"WEBP", {O::INCOMPLETE, O::READ}},
         {"ICO", {O::INCOMPLETE, O::READ}},
         {"JPEG2000", {O::INCOMPLETE, O::READ}},
