@@ -62,6 +62,8 @@ FfImageReader::FfImageReader(OsFilePath const& path, FfImageFormatTraits const& 
             throw FfIOEx::ExIncompleteFile(__FILE__, __LINE__, path.toString(), text);
         throw FfIOEx::ExReadError(__FILE__, __LINE__, path.toString(), text);
     }
+    // What an open that succeeded left pending is a warning: only errors of the reads count.
+    _input->geterror();
     if (spec.width <= 0 || spec.height <= 0 || spec.nchannels <= 0 || spec.depth > 1)
         throw FfIOEx::ExOpNotSupported(__FILE__, __LINE__, path.toString(),
                                        "not a flat two-dimensional image");
