@@ -17,14 +17,17 @@ void FfHeaderLimits::check(OsFilePath const& path, std::uintmax_t fileSize, FfIm
             fmt::format(
                 "{} by {} pixels of {} channels: more than this system reads ({} a side, {} channels)",
                 spec.width, spec.height, spec.nchannels, MAX_SIDE, MAX_CHANNELS));
-    if (traits.maxRatio <= 0)
+    // A file that says it stores its pixels as they are holds them widened at
+    // most from a 1-bit palette index to four 8-bit channels.
+    int const maxRatio = spec.get_string_attribute("compression") == "none" ? 32 : traits.maxRatio;
+    if (maxRatio <= 0)
         return;
     // In floating point: the products of absurd claims overflow integers.
     double const pixelBytes = static_cast<double>(spec.pixel_bytes(true));
     double const image = static_cast<double>(spec.width) * spec.height * pixelBytes;
     double const tile =
         static_cast<double>(spec.tile_width) * spec.tile_height * std::max(spec.tile_depth, 1) * pixelBytes;
-    if (std::max(image, tile) > static_cast<double>(fileSize) * traits.maxRatio)
+    if (std::max(image, tile) > static_cast<double>(fileSize) * maxRatio)
         throw FfIOEx::ExCorruptFile(
             __FILE__, __LINE__, path.toString(),
             fmt::format("its header claims {} by {} pixels of {} bytes{}, more than "

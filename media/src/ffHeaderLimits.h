@@ -3,7 +3,8 @@
 // it: sides of at most MAX_SIDE pixels and at most MAX_CHANNELS channels (no
 // image this system makes or meets comes near; a damaged header claims
 // hundreds of millions), and pixels, or one tile, no heavier than the
-// format's maxRatio times the file: the file could not hold them.
+// format's maxRatio times the file, or 32 times when the file says it is not
+// compressed: the file could not hold them.
 #include "ffImageFormatTraits.h"
 #include "osFilePath.h"
 

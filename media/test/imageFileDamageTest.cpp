@@ -182,6 +182,42 @@ TEST_F(ImageFileDamage, headersClaimingTooMuchAreRefusedAtOpen) {
     }
 }
 
+// An uncompressed TIFF whose height grew a hundredfold, in one strip as tall,
+// its strip tables unchanged: the library would find the missing rows only
+// strip by strip, however many the header claims.
+TEST_F(ImageFileDamage, anUncompressedTiffTallerThanItsFileIsCorrupt) {
+    OsFilePath const file = path("tall.tif");
+    FfImageWriteUtil::writeTile(file, patternTile(8, 40), "compression=none");
+    std::fstream stream(file.toString(), std::ios::in | std::ios::out | std::ios::binary);
+    auto number = [&](std::streamoff at, int bytes) {
+        unsigned char buffer[4] = {};
+        stream.seekg(at);
+        stream.read(reinterpret_cast<char*>(buffer), bytes);
+        std::uint32_t value = 0;
+        for (int i = bytes; i-- > 0;)
+            value = value << 8 | buffer[i];
+        return value;
+    };
+    // Little-endian as written here: the first directory's offset at 4, then
+    // its count and 12-byte entries (tag, type, count, value).
+    std::uint32_t const directory = number(4, 4);
+    std::uint32_t const entries = number(directory, 2);
+    int patched = 0;
+    for (std::uint32_t entry = 0; entry < entries; ++entry) {
+        std::streamoff const at = directory + 2 + 12 * static_cast<std::streamoff>(entry);
+        std::uint32_t const tag = number(at, 2);
+        bool const isShort = number(at + 2, 2) == 3;
+        if (tag == 257 || tag == 278) { // ImageLength, RowsPerStrip
+            stream.seekp(at + 8);
+            stream.write("\xa0\x0f\x00\x00", isShort ? 2 : 4); // 4000 rows
+            ++patched;
+        }
+    }
+    stream.close();
+    ASSERT_EQ(patched, 2);
+    EXPECT_STREQ(nameOf(readAll(file)), nameOf(Outcome::CORRUPT));
+}
+
 // The EXR library allocates what an attribute's size claims before reading
 // the value: a size past the end of the file is a file cut short.
 TEST_F(ImageFileDamage, anExrAttributeLargerThanTheFileIsIncomplete) {
