@@ -48,6 +48,19 @@ check "a negative time and a text starting with a minus" "[[ \$(head -n 1 <<<\"\
 out=$("$qv" expr --attr 'Blur.Radius=4' --attr 'a=-0.5' 'if(a<0, Blur.Radius*2, 0)')
 check "references named by --attr are their constants" "[[ \$(head -n 1 <<<\"\$out\") == 8 ]]"
 
+out=$("$qv" expr '2 + 1.5')
+check "a blank before a number leaves it a number" "[[ \$(head -n 1 <<<\"\$out\") == 3.5 ]]"
+
+out=$("$qv" expr 'turbulence(1.3, 0.4)')
+check "and so after a comma" "[[ $? -eq 0 && \$(head -n 1 <<<\"\$out\") =~ ^-?[0-9] ]]"
+
+out=$("$qv" expr --trace '1.5 + 2')
+check "a blank after a number still makes it a reference" "[[ \$(head -n 1 <<<\"\$out\") == 'onAttribute \"1.5 \" 1 5' ]]"
+
+out=$("$qv" expr --time 3 '0^t')
+check "a power of zero holds at all times, its exponent unasked" \
+    "[[ \"\$out\" == '0'$'\n''validity -31536000 31536000' ]]"
+
 out=$("$qv" expr '(1,2,3)+(1,1,1)')
 check "a vector prints its components" "[[ \$(head -n 1 <<<\"\$out\") == '(2, 3, 4)' ]]"
 
