@@ -35,6 +35,14 @@ ReportHandler setReportHandler(ReportHandler handler);
             ::Qv::Assertions::throwAssertionFailed(__FILE__, __LINE__, #expr);                               \
     } while (false)
 
+// The same with the text to report given, where the check in this code is
+// spelled differently from the condition users know it by.
+#define QV_ASSERT_MSG(expr, text)                                                                            \
+    do {                                                                                                     \
+        if (!(expr))                                                                                         \
+            ::Qv::Assertions::throwAssertionFailed(__FILE__, __LINE__, text);                                \
+    } while (false)
+
 #define QV_ASSERT_REPORT(expr)                                                                               \
     do {                                                                                                     \
         if (!(expr))                                                                                         \

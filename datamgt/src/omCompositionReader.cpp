@@ -7,6 +7,7 @@
 #include "osFileEx.h"
 #include "piColorProcNode.h"
 #include "piEx.h"
+#include "piExpressionServices.h"
 #include "piSocketUtil.h"
 #include "piToolRegistry.h"
 #include "piUndoGuard.h"
@@ -285,10 +286,45 @@ RCShdPtr<PiInput> findConnectedInput(PiGraph const& graph, std::string const& pa
     return PiSocketUtil::findNodeInput(*node, socket, true);
 }
 
+// An output, or an input whose value an expression reads; an expression's
+// reference may name it inside groups ("Group.Node.Output").
+RCShdPtr<PiOutput> findConnectedOutput(PiGraph const& graph, std::string const& path) {
+    auto [nodeName, socket] = PiSocketUtil::splitPath(path);
+    RCShdPtr<PiNode> node = graph.getNode(nodeName);
+    while (node->isGroup() && socket.find(PiSocketUtil::getSocketSeparator()) != std::string::npos) {
+        auto [inner, rest] = PiSocketUtil::splitPath(socket);
+        RCShdPtr<PiNode> child = node->getInnerGraph()->findNode(inner);
+        if (!child)
+            break;
+        node = child;
+        socket = rest;
+    }
+    if (!node->getOutput(socket))
+        if (RCShdPtr<PiInput> input = node->getInput(socket); input && input->hasValueNode())
+            return input->getValueNode()->getOutput(PiNode::getValueNodeOutputName(), true);
+    return node->getOutput(socket, true);
+}
+
+// A reference of an expression: a dynamic input of an expression node.
+bool isExpressionReference(PiInput const& input) {
+    PiExpressionServices const* services = PiExpressionServices::getInstance();
+    return input.isDynamic() && input.getNodePtr() && services &&
+           services->isExpressionTool(*input.getNodePtr());
+}
+
 void readConnection(XmlElement const& element, PiGraph const& graph) {
     at(element, [&] {
-        RCShdPtr<PiOutput> output = PiSocketUtil::findOutput(graph, element.getAttribute("from"));
         RCShdPtr<PiInput> input = findConnectedInput(graph, element.getAttribute("to"));
+        RCShdPtr<PiOutput> output;
+        try {
+            output = findConnectedOutput(graph, element.getAttribute("from"));
+        } catch (PiEx::ExGraphError const&) {
+            // What an expression read is gone: the expression keeps its
+            // text, and its node tells the user once it is loaded.
+            if (isExpressionReference(*input))
+                return;
+            throw;
+        }
         const_cast<PiGraph&>(graph).connect(output, input);
     });
 }

@@ -2,6 +2,7 @@
 // a node whose tool is missing when the file is read again loses nothing.
 #include "omCompositionFile.h"
 #include "piColorProcNode.h"
+#include "piGroupUtils.h"
 #include "piSocketUtil.h"
 #include "xmlWriter.h"
 
@@ -66,6 +67,24 @@ void writeNode(XmlElement& parent, PiNode& node) {
         writeGraph(element.addChild("graph"), *node.getInnerGraph());
 }
 
+// Where a connection comes from, as seen from the reading input's graph: an
+// output, or an input whose value an expression reads, behind the names of
+// the groups it lies in.
+std::string sourcePath(PiOutput const& output, PiInput const& reader) {
+    PiNode const* from = output.getNodePtr();
+    if (!from)
+        return output.getName();
+    std::string socket = output.getName();
+    if (from->isValueNode() && from->getOwnerInput()) {
+        socket = from->getOwnerInput()->getName();
+        from = from->getOwnerInput()->getNodePtr();
+    }
+    PiGraph const* graph = reader.getNodePtr() ? reader.getNodePtr()->getGraph() : nullptr;
+    RCShdPtr<PiNode const> group(graph ? graph->getGroupNode() : nullptr);
+    return PiGroupUtils::getName(RCShdPtr<PiNode const>(from), group) + PiSocketUtil::getSocketSeparator() +
+           socket;
+}
+
 // The connections into the node's inputs, in the order of the inputs; for
 // a value-backed input, what drives its value.
 void writeConnectionsInto(XmlElement& parent, PiInput const& input) {
@@ -74,7 +93,7 @@ void writeConnectionsInto(XmlElement& parent, PiInput const& input) {
         fed = input.getValueNode()->getInput(PiNode::getValueNodeInputName(), true);
     for (RCShdPtr<PiOutput> const& output : fed->getConnectedOutputs()) {
         XmlElement& connection = parent.addChild("connection");
-        connection.setAttribute("from", output->getFullName());
+        connection.setAttribute("from", sourcePath(*output, input));
         connection.setAttribute("to", input.getFullName());
     }
     if (input.isStructured() && input.hasValueNode())

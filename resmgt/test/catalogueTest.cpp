@@ -56,7 +56,9 @@ std::vector<std::pair<char const*, std::vector<std::pair<char const*, int>>>> co
       {"MSG_EXPR_CANNOT_BUILD_CONST_VALUE_NODE", 0},
       {"MSG_EXPR_CANNOT_GET_PROC_NODE", 1},
       {"MSG_EXPR_UNKNOWN_NODE", 1},
-      {"MSG_EXPR_UNSUPPORTED_SOCKET_TYPE", 1}}},
+      {"MSG_EXPR_UNSUPPORTED_SOCKET_TYPE", 1},
+      {"MSG_EXPR_REFERENCE_LOOP", 1},
+      {"MSG_EXPR_SOURCE_MISSING", 2}}},
 };
 
 std::set<int> placeholdersOf(std::string const& text) {

@@ -19,6 +19,13 @@ struct BtExpMessages {
     static std::string getCannotBuildValueNode(std::string_view text);
     static std::string getCannotBuild3DVector(std::string_view x, std::string_view y, std::string_view z);
     static std::string getCannotBuild2DVector(std::string_view x, std::string_view y);
+    static std::string getCannotBuildConstValueNode();
+    static std::string getCannotGetProcNode(std::string_view text);
+    static std::string getUnknownNode(std::string_view name);
+    static std::string getUnsupportedSocketType(std::string_view typeName);
+    static std::string getReferenceLoop(std::string_view text);
+    // A warning: the expression of `parameter` reads attributes that are gone.
+    static void warnSourceMissing(std::string_view parameter, std::string_view text);
 };
 
 } // namespace Qv

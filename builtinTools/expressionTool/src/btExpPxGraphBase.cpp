@@ -132,6 +132,10 @@ std::vector<BtExpPxGraphBase::Node> BtExpPxGraphBase::popArguments(int count) {
     return args;
 }
 
+BtExpPxGraphBase::Node BtExpPxGraphBase::createDoubleConstant(double value) {
+    return createConstant(value);
+}
+
 bool BtExpPxGraphBase::fail(OPtr<BtExpEx> exception) {
     setPendingException(std::move(exception));
     return false;

@@ -51,6 +51,10 @@ protected:
     void push(Node node);
     // Asserts "!_nodesStack.empty()".
     Node pop();
+    // Stores the exception as pending and returns false, for the grammar.
+    bool fail(OPtr<BtExpEx> exception);
+    // A double that holds at all times.
+    static Node createDoubleConstant(double value);
 
 private:
     // The last `count` nodes, in text order.
@@ -60,7 +64,6 @@ private:
     bool onNumericBinary(LiString const& op, std::string const& typeError, int firstColumn, int lastColumn);
     // A node the operator builder made, or an unknown operator where it made none.
     bool pushOperator(Node node, LiString const& op, int firstColumn, int lastColumn);
-    bool fail(OPtr<BtExpEx> exception);
 
     RCShdPtr<PiNode> const _owner;
     std::vector<Node> _nodesStack;

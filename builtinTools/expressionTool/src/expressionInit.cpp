@@ -3,7 +3,10 @@
 #include "expressionInit.h"
 
 #include "btExpFunctionRegistry.h"
+#include "btExpNodeNameObserver.h"
 #include "btExpParser.h"
+#include "btExpressionServices.h"
+#include "btExpressionTool.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
 #include "msgFileGuard.h"
@@ -26,16 +29,21 @@ template <>
 void InInit<QvInit::expression>::initialize() {
     MsgFileGuard catalogue("expressions.msg");
     BtExpParser::initialize();
+    BtExpressionTool::registerTools();
     // A singleton has one life per process: a package started again after a
     // stop (test programs do so) goes on without the list of names.
     if (BtExpFunctionRegistry::getState() == InSingletonCore::NOT_CREATED) {
         BtExpFunctionRegistry::initialize(std::make_unique<BtExpFunctionRegistry>());
         BtExpFunctionRegistry::getInstance().registerLanguageFunctions();
     }
+    BtExpNodeNameObserver::initialize();
+    PiExpressionServices::initialize(std::make_unique<BtExpressionServices>());
 }
 
 template <>
 void InInit<QvInit::expression>::finalize() {
+    PiExpressionServices::initialize(nullptr);
+    BtExpNodeNameObserver::finalize();
     if (BtExpFunctionRegistry::isInitialized())
         BtExpFunctionRegistry::finalize();
     BtExpParser::finalize();

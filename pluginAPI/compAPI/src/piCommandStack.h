@@ -53,6 +53,8 @@ public:
 
     void addCallback(CbHandler<PiGraphEvent const>* handler) { _listeners.addCallback(handler); }
     void removeCallback(CbHandler<PiGraphEvent const>* handler) { _listeners.removeCallback(handler); }
+    // Tells the listeners of an event of the graph.
+    void signal(PiGraphEvent const& event) { _listeners.dispatch(event); }
     void addHelper(PiUndoRedoControllerHelper* helper);
     void removeHelper(PiUndoRedoControllerHelper* helper);
 

@@ -11,7 +11,6 @@ struct Names {
     std::string output;
     std::string renderedResult;
     std::string imageLink;
-    std::string expression;
 };
 
 Names& names() {
@@ -53,14 +52,6 @@ void PiCompositionUtils::setImageLinkSuperToolName(std::string const& name) {
 
 std::string PiCompositionUtils::getImageLinkSuperToolName() {
     return get(&Names::imageLink);
-}
-
-void PiCompositionUtils::setExpressionToolName(std::string const& name) {
-    set(&Names::expression, name);
-}
-
-std::string PiCompositionUtils::getExpressionToolName() {
-    return get(&Names::expression);
 }
 
 } // namespace Qv

@@ -13,8 +13,6 @@ public:
     static std::string getRenderedResultToolName();
     static void setImageLinkSuperToolName(std::string const& name);
     static std::string getImageLinkSuperToolName();
-    static void setExpressionToolName(std::string const& name);
-    static std::string getExpressionToolName();
 };
 
 } // namespace Qv

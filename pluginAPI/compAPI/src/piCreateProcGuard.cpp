@@ -29,7 +29,10 @@ PiCreateProcGuard::~PiCreateProcGuard() {
 
 PxStrongHndl<PxNode const> PiCreateProcGuard::getInputNode(RCShdPtr<PiInput> const& input) {
     QV_ASSERT(input && input->getNodePtr() == _node.get());
-    return PiProcBuilder::getInputProcNode(*input);
+    PxStrongHndl<PxNode const> node = PiProcBuilder::getInputProcNode(*input);
+    if (auto* topology = _node->getInterface<PiToolTopologyInterface>())
+        node = topology->createInputProcNode(input, node);
+    return node;
 }
 
 void PiCreateProcGuard::releaseOutputNode(std::string const& name, PxStrongHndl<PxNode const> const& node) {

@@ -23,7 +23,7 @@ public:
     PiCreateProcGuard(PiCreateProcGuard const&) = delete;
     PiCreateProcGuard& operator=(PiCreateProcGuard const&) = delete;
 
-    // What feeds the input now.
+    // What feeds the input now, through the controller's createInputProcNode.
     PxStrongHndl<PxNode const> getInputNode(RCShdPtr<PiInput> const& input);
     // The node the output publishes from the end of the guard on. Throws
     // PiEx::ExUnknownSocket for a name the node does not have.

@@ -1,6 +1,7 @@
 #include "piGraph.h"
 
 #include "piEx.h"
+#include "piExpressionServices.h"
 #include "piNodeControllerManip.h"
 #include "piProcBuilder.h"
 #include "piSocketUtil.h"
@@ -35,14 +36,16 @@ PiNode* ownerOf(PiInput& input, RCShdPtr<PiInput>& told) {
 
 } // namespace
 
-PiGraph::PiGraph() : _commandStack(std::make_unique<PiCommandStack>()) {}
+PiGraph::PiGraph() : _commandStack(std::make_unique<PiCommandStack>()), _uuid(Uuid::createRandom()) {}
 
 PiGraph::PiGraph(PiNode& groupNode) : _groupNode(&groupNode) {}
 
 PiGraph::~PiGraph() {
     // Logged changes hold nodes; they go first, while the graph still stands.
-    if (_commandStack)
+    if (_commandStack) {
+        _commandStack->signal(PiGraphEvent::GraphClosing(_uuid));
         _commandStack->clear();
+    }
     for (auto const& node : _nodes) {
         if (PiNodeController* controller = node->getControllerPtr()) {
             try {
@@ -66,6 +69,10 @@ PiGraph& PiGraph::getRootGraph() {
         graph = outer;
     }
     return *graph;
+}
+
+Uuid const& PiGraph::getUuid() {
+    return getRootGraph()._uuid;
 }
 
 PiCommandStack& PiGraph::getCommandStack() {
@@ -203,6 +210,9 @@ void PiGraph::removeBoundaryNode(std::string_view name) {
 void PiGraph::removeNode(RCShdPtr<PiNode> const& node) {
     QV_ASSERT(node && node->getGraph() == this && node->isToolNode());
     PiUndoGuard guard(getCommandStack(), "Remove " + node->getName());
+    if (PiExpressionServices const* expressions = PiExpressionServices::getInstance())
+        for (RCShdPtr<PiInput> const& input : node->getInputs())
+            expressions->removeExpression(input);
     disconnectAll(*node);
     std::size_t position = eraseNode(*node);
     getCommandStack().record(
@@ -225,15 +235,32 @@ void PiGraph::renameNode(RCShdPtr<PiNode> const& node, std::string const& name) 
         return;
     checkName(name, node.get());
     std::string old = node->getName();
+    // What listeners change because of the rename (expressions naming the
+    // node) joins its step.
+    PiUndoGuard guard(getCommandStack(), "Rename " + old);
     auto apply = [node](std::string const& from, std::string const& to) {
         node->_name = to;
         PiNodeController* controller = node->getControllerPtr();
         controller->nameChanged();
         PiNodeControllerManip::signalEvent(*controller, PiNodeEvent::NameChanged(from));
+        if (PiGraph* graph = node->getGraph())
+            graph->getCommandStack().signal(PiGraphEvent::NodeRenamed(*node, from));
     };
     getCommandStack().record(
         "Rename " + old, [apply, old, name] { apply(name, old); }, [apply, old, name] { apply(old, name); });
     apply(old, name);
+}
+
+bool PiGraph::holds(PiNode const& node) const {
+    if (belongs(node))
+        return true;
+    PiNode const* tool =
+        node.isValueNode() && node.getOwnerInput() ? node.getOwnerInput()->getNodePtr() : &node;
+    for (PiGraph const* graph = tool ? tool->getGraph() : nullptr; graph && graph->getGroupNode();
+         graph = graph->getGroupNode()->getGraph())
+        if (graph->getGroupNode()->getGraph() == this)
+            return true;
+    return false;
 }
 
 bool PiGraph::belongs(PiNode const& node) const {
@@ -255,9 +282,11 @@ void PiGraph::connect(RCShdPtr<PiOutput> const& output, RCShdPtr<PiInput> const&
     auto refuse = [&](std::string const& why) {
         throw PiEx::ExConnectionRefused(__FILE__, __LINE__, what + ": " + why);
     };
-    if (!from || !to || !belongs(*from) || !belongs(*to))
+    // A dynamic input (an expression's reference) may read inside groups.
+    bool const reads = input->isDynamic();
+    if (!from || !to || !(belongs(*from) || (reads && holds(*from))) || !belongs(*to))
         refuse("the nodes are not both in this graph");
-    if (from->isValueNode() || output->getType() != target->getType())
+    if ((from->isValueNode() && !reads) || output->getType() != target->getType())
         refuse(fmt::format("the output gives {} and the input takes {}",
                            PiSocketType::typeToString(output->getType()),
                            PiSocketType::typeToString(target->getType())));
@@ -306,6 +335,14 @@ void PiGraph::disconnectAll(PiNode& node) {
     for (RCShdPtr<PiOutput> const& output : node.getOutputs())
         for (RCShdPtr<PiInput> const& input : output->getConnectedInputs())
             input->getNodePtr()->getGraph()->disconnect(input);
+    for (RCShdPtr<PiInput> const& input : node.getInputs()) {
+        if (!input->hasValueNode())
+            continue;
+        for (RCShdPtr<PiOutput> const& output : input->getValueNode()->getOutputs())
+            for (RCShdPtr<PiInput> const& reader : output->getConnectedInputs())
+                if (reader != input)
+                    reader->getNodePtr()->getGraph()->disconnect(reader);
+    }
 }
 
 void PiGraph::link(PiOutput& output, PiInput& input, std::size_t position) {

@@ -8,6 +8,7 @@
 #include "piCommandStack.h"
 #include "piNode.h"
 #include "piNodeSpec.h"
+#include "uuid.h"
 
 #include <memory>
 #include <string>
@@ -20,7 +21,8 @@ class PiGraph : public RCBase<> {
 public:
     // A root graph with an empty command stack.
     PiGraph();
-    // Tells every node it is unloaded, then lets go of them.
+    // Tells its listeners (PiGraphEvent::GraphClosing) and every node that it
+    // is unloaded, then lets go of them.
     ~PiGraph() override;
     PiGraph(PiGraph const&) = delete;
     PiGraph& operator=(PiGraph const&) = delete;
@@ -33,8 +35,10 @@ public:
     // A node read from a composition: no nodeCreated(); its processing nodes
     // wait for buildProcNodes(). Throws PiEx::ExInvalidName, ExBadValue.
     RCShdPtr<PiNode> restoreNode(PiNodeSpec spec);
-    // Disconnects the node, takes it out and tells its controller.
+    // Disconnects the node, takes it out and tells its controller. The
+    // expressions driving its inputs go with it.
     void removeNode(RCShdPtr<PiNode> const& node);
+    // Tells the graph's listeners (PiGraphEvent::NodeRenamed), also on undo and redo.
     void renameNode(RCShdPtr<PiNode> const& node, std::string const& name);
 
     // Tool nodes, in the order they were added.
@@ -51,19 +55,23 @@ public:
 
     // Connects an output to an input of a node of this graph. A value-backed
     // input is driven through its value node. A single input drops what fed
-    // it. Throws PiEx::ExConnectionRefused for types that differ, a loop,
-    // sockets of another graph, a refusal of the controller.
+    // it. The output of an input's value node (what the input reads) may
+    // feed a dynamic input: that is how an expression reads a parameter. Throws PiEx::ExConnectionRefused for
+    // types that differ, a loop, sockets of another graph, a refusal of the controller.
     void connect(RCShdPtr<PiOutput> const& output, RCShdPtr<PiInput> const& input);
     // Drops every connection into the input (for a value-backed input, what
     // drives its value); nothing when there is none.
     void disconnect(RCShdPtr<PiInput> const& input);
-    // Drops every connection into and out of the node.
+    // Drops every connection into and out of the node, and those reading
+    // its inputs' values.
     void disconnectAll(PiNode& node);
 
     // The group holding this graph; null for a root graph.
     PiNode* getGroupNode() const { return _groupNode; }
     PiGraph& getRootGraph();
     PiCommandStack& getCommandStack();
+    // The root graph's identity, made with it; an inner graph gives its root's.
+    Uuid const& getUuid();
 
     // Builds the processing nodes of every node, inner graphs included:
     // after a composition is read.
@@ -86,6 +94,8 @@ private:
     void addBoundaryNode(RCShdPtr<PiNode> const& node);
     void removeBoundaryNode(std::string_view name);
     bool belongs(PiNode const& node) const;
+    // In this graph or in a group inside it, at any depth.
+    bool holds(PiNode const& node) const;
     // The connections as such, with the controllers told; the callers log
     // them and rebuild.
     void link(PiOutput& output, PiInput& input, std::size_t position);
@@ -96,6 +106,7 @@ private:
 
     PiNode* _groupNode = nullptr;
     std::unique_ptr<PiCommandStack> _commandStack;
+    Uuid _uuid;
     std::vector<RCShdPtr<PiNode>> _nodes;
     std::vector<RCShdPtr<PiNode>> _boundaryNodes;
 };

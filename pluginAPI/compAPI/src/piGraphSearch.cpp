@@ -1,6 +1,6 @@
 #include "piGraphSearch.h"
 
-#include "piCompositionUtils.h"
+#include "piExpressionServices.h"
 #include "piGraph.h"
 #include "piNode.h"
 
@@ -106,8 +106,8 @@ PiNodePredicate PiIsGroupNode::getPredicate() {
 
 PiNodePredicate PiIsExpressionNode::getPredicate() {
     return PiNodePredicate([](RCShdPtr<PiNode const> const& node) {
-        std::string name = PiCompositionUtils::getExpressionToolName();
-        return node && !name.empty() && node->getToolName() == name;
+        PiExpressionServices const* services = PiExpressionServices::getInstance();
+        return node && services && services->isExpressionTool(*node);
     });
 }
 

@@ -43,7 +43,7 @@ struct PiIsLeafNode {
 struct PiIsGroupNode {
     static PiNodePredicate getPredicate();
 };
-// A node of the tool published as the expression tool.
+// A node of one of the expression tools (PiExpressionServices).
 struct PiIsExpressionNode {
     static PiNodePredicate getPredicate();
 };

@@ -79,7 +79,11 @@ std::vector<PiNode*> PiProcBuilder::successorsOf(PiNode& node) {
 
 bool PiProcBuilder::reaches(PiInput& input, PiNode& node) {
     PiNode* start = readerOf(input);
-    std::vector<PiNode*> stack{start};
+    return start && isDownstream(*start, node);
+}
+
+bool PiProcBuilder::isDownstream(PiNode& from, PiNode& node) {
+    std::vector<PiNode*> stack{&from};
     std::set<PiNode*> seen;
     while (!stack.empty()) {
         PiNode* current = stack.back();

@@ -41,6 +41,8 @@ public:
     // Whether `node` is downstream of what reads `input`: connecting an
     // output of `node` there would make a loop.
     static bool reaches(PiInput& input, PiNode& node);
+    // Whether `node` is `from` or downstream of it.
+    static bool isDownstream(PiNode& from, PiNode& node);
 
 private:
     static PiNode* readerOf(PiInput& input);

@@ -117,6 +117,16 @@ public:
     }
     void reset() { *this = PxStrongHndl(); }
 
+    // The same node without const, sharing the counts: for builders whose
+    // node constructors take mutable handles of nodes they were given const.
+    template <class U>
+    static PxStrongHndl constCast(PxStrongHndl<U const> const& other) {
+        QV_PX_NOT_ON_WORKER();
+        PxStrongHndl result;
+        result.assign(PxHandleDetail::convert<T>(const_cast<U*>(other._ptr)), other._block);
+        return result;
+    }
+
     T* get() const noexcept { return _ptr; }
     T* operator->() const { return checked(); }
     T& operator*() const { return *checked(); }
