@@ -20,7 +20,8 @@ function(qv_module_tests target dirs)
     # Libraries announce their packages when loaded, even with no symbol called.
     target_link_options(${target}Test PRIVATE "LINKER:--no-as-needed")
     target_compile_definitions(${target}Test PRIVATE QV_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
-    gtest_discover_tests(${target}Test DISCOVERY_MODE PRE_TEST
+    # Sanitized programs on a busy machine take seconds just to list their tests.
+    gtest_discover_tests(${target}Test DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120
                          PROPERTIES ENVIRONMENT "QV_RESOURCES=${CMAKE_SOURCE_DIR}/resources")
   endif()
 endfunction()
