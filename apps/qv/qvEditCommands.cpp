@@ -6,7 +6,9 @@
 #include "piSocketUtil.h"
 #include "qvCommands.h"
 #include "qvComposition.h"
+#include "qvExpressions.h"
 
+#include <iostream>
 #include <memory>
 #include <optional>
 
@@ -21,6 +23,8 @@ struct EditOptions {
     std::string target;
     std::string value;
     std::optional<double> time;
+    std::optional<std::string> expression;
+    bool noExpression = false;
     std::string from;
     bool force = false;
 };
@@ -66,6 +70,25 @@ void setValue(PiGraph& graph, EditOptions const& options) {
     PiSocketUtil::findNodeInput(*node, socket, true);
 }
 
+// An expression's text that does not validate is still kept and saved, so
+// that the user can mend it; the refusal then makes the status 1.
+int setOrDetachExpression(EditOptions const& options) {
+    QvExpressions::requireAvailable();
+    std::string refusal;
+    std::string const label =
+        (options.expression ? "Set Expression " : "Remove Expression ") + options.target;
+    QvComposition::edit(options.composition, label, [&](PiGraph& graph) {
+        if (options.expression)
+            refusal = QvExpressions::attach(graph, options.target, *options.expression);
+        else
+            QvExpressions::detach(graph, options.target);
+    });
+    if (refusal.empty())
+        return 0;
+    std::cerr << "qv: " << options.target << ": " << refusal << '\n';
+    return 1;
+}
+
 void addCompositionOption(CLI::App* command, EditOptions& options) {
     command->add_option("COMP", options.composition, "The composition file")->required();
 }
@@ -91,18 +114,33 @@ void addEditCommands(CLI::App& app, QvAction& action) {
         [&action, options] { action = [options](std::ostream& out) { return addNode(*options, out); }; });
 
     CLI::App* set = app.add_subcommand(
-        "set", "Set the value of an input (or a value the node stores); the input's policy may refuse it");
+        "set",
+        "Set the value of an input (or a value the node stores), or the expression driving it; the input's "
+        "policy may refuse a value");
     addCompositionOption(set, *options);
     set->add_option("NODE.INPUT", options->target,
                     "The input, such as V.Value, or a colour's channel, such as C.Color.Red")
         ->required();
-    set->add_option("VALUE", options->value,
-                    "The value, read as the input's type: a colour is \"R G B\", a time FRAME@RATE or FRAME")
-        ->required();
-    set->add_option("--time", options->time,
-                    "Set a keyframe at this time, in seconds, instead of the constant");
-    set->callback([&action, options] {
+    CLI::Option* value = set->add_option(
+        "VALUE", options->value,
+        "The value, read as the input's type: a colour is \"R G B\", a time FRAME@RATE or FRAME");
+    CLI::Option* time = set->add_option("--time", options->time,
+                                        "Set a keyframe at this time, in seconds, instead of the constant");
+    CLI::Option* expression = set->add_option("--expr", options->expression,
+                                              "Drive the input by this expression instead (a boolean, double "
+                                              "or integer input), or change its text");
+    CLI::Option* noExpression =
+        set->add_flag("--no-expr", options->noExpression, "Take the expression off the input");
+    for (CLI::Option* excluded : {value, time, noExpression})
+        expression->excludes(excluded);
+    for (CLI::Option* excluded : {value, time})
+        noExpression->excludes(excluded);
+    set->callback([&action, options, value, expression, noExpression] {
+        if (expression->count() == 0 && noExpression->count() == 0 && value->count() == 0)
+            throw CLI::RequiredError("VALUE");
         action = [options](std::ostream&) {
+            if (options->expression || options->noExpression)
+                return setOrDetachExpression(*options);
             QvComposition::edit(options->composition, "Set " + options->target,
                                 [&](PiGraph& graph) { setValue(graph, *options); });
             return 0;
