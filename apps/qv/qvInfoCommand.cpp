@@ -1,8 +1,10 @@
-// qv info: what a composition file holds.
+// qv info: what a composition file holds. The nodes of expressions are not
+// shown as such: the input an expression drives is shown with its text.
 #include "piColorProcNode.h"
 #include "piGraph.h"
 #include "qvCommands.h"
 #include "qvComposition.h"
+#include "qvExpressions.h"
 
 #include <memory>
 
@@ -24,6 +26,8 @@ std::string describeValue(PiValueInterfaceBase const& value) {
 
 void printGraph(PiGraph& graph, std::string const& prefix, std::ostream& out) {
     for (RCShdPtr<PiNode> const& node : graph.getNodes()) {
+        if (QvExpressions::isHidden(*node))
+            continue;
         std::string name = prefix + node->getName();
         out << "node " << name << ": " << node->getToolName() << ", schema " << node->getSchemaNb()
             << (node->getTool() ? "" : " (tool not available)") << '\n';
@@ -31,6 +35,10 @@ void printGraph(PiGraph& graph, std::string const& prefix, std::ostream& out) {
             if (!input->hasValueNode())
                 continue;
             std::string const full = name + '.' + input->getName();
+            if (PiExpressionInterface const* expression = QvExpressions::find(input)) {
+                out << "  " << full << " = " << QvExpressions::describe(*expression) << '\n';
+                continue;
+            }
             // An animated colour is told channel by channel, each keeping its own keyframes.
             if (input->isStructured() && input->getValueInterface().isAnimated())
                 for (std::string const& channel : PiColorProcNode::getChannelNames())
@@ -43,7 +51,11 @@ void printGraph(PiGraph& graph, std::string const& prefix, std::ostream& out) {
             out << "  " << name << '.' << value->getName() << " = "
                 << PiVariantUtil::toString(value->getData()) << " (stored)\n";
     }
+    // An expression's connections (its result to the input it drives, the
+    // attributes it reads to its inputs) are told by its text.
     auto connections = [&](RCShdPtr<PiNode> const& node) {
+        if (QvExpressions::isHidden(*node))
+            return;
         for (RCShdPtr<PiInput> const& input : node->getInputs()) {
             std::vector<RCShdPtr<PiInput>> targets{input};
             if (input->isStructured() && input->hasValueNode())
@@ -54,8 +66,9 @@ void printGraph(PiGraph& graph, std::string const& prefix, std::ostream& out) {
                     target->hasValueNode() ? target->getValueNode()->getInput(PiNode::getValueNodeInputName())
                                            : target;
                 for (RCShdPtr<PiOutput> const& output : fed->getConnectedOutputs())
-                    out << "connection " << prefix << output->getFullName() << " -> " << prefix
-                        << target->getFullName() << '\n';
+                    if (!QvExpressions::isHidden(*output->getNode()))
+                        out << "connection " << prefix << output->getFullName() << " -> " << prefix
+                            << target->getFullName() << '\n';
             }
         }
     };
