@@ -28,6 +28,7 @@ int main(int argc, char** argv) {
     addResolveCommand(app, action);
     addExprCommand(app, action);
     addEditCommands(app, action);
+    addRenameCommand(app, action);
     addToolsCommand(app, action);
     addInfoCommand(app, action);
     addEvalCommand(app, action);

@@ -15,6 +15,7 @@ void addResolveCommand(CLI::App& app, QvAction& action);
 void addExprCommand(CLI::App& app, QvAction& action);
 // new, add, set, connect.
 void addEditCommands(CLI::App& app, QvAction& action);
+void addRenameCommand(CLI::App& app, QvAction& action);
 void addToolsCommand(CLI::App& app, QvAction& action);
 void addInfoCommand(CLI::App& app, QvAction& action);
 void addEvalCommand(CLI::App& app, QvAction& action);
