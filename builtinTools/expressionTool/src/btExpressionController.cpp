@@ -214,8 +214,10 @@ void BtExpressionController::nodeCreated() {
 void BtExpressionController::nodeLoaded() {
     RCShdPtr<PiNode> node = getNode();
     BtExpNodeNameObserver::getInstance().attach(*node->getGraph());
-    if (!isExpressionValid())
+    if (!isExpressionValid()) {
+        describeRefusal();
         return;
+    }
     // A reference whose node was not saved with the composition: the text
     // stays as typed, and the user hears of it once.
     for (RCShdPtr<PiInput> const& input : node->getInputs()) {
@@ -292,6 +294,21 @@ void BtExpressionController::valueChanged(PiNodeEvent::ValueChanged const& event
     }
     if (validateExpression())
         buildExpression();
+}
+
+void BtExpressionController::describeRefusal() {
+    RCShdPtr<BtExpPxGraphValidator> validator(new BtExpPxGraphValidator(getNode()));
+    std::string const text = getExpression();
+    try {
+        parse(*validator, text);
+        _errorFirstColumn = 1;
+        _errorLastColumn = static_cast<std::int32_t>(text.size()) + 1;
+        _errorText = "Unsupported expression type";
+    } catch (BtExpEx const& error) {
+        _errorFirstColumn = error.getFirstColumn();
+        _errorLastColumn = error.getLastColumn();
+        _errorText = error.getReason();
+    }
 }
 
 std::string BtExpressionController::getStoredString(std::string const& name) const {

@@ -73,6 +73,9 @@ private:
     class FlagScope;
 
     std::string getStoredString(std::string const& name) const;
+    // The error of a text loaded invalid, found again without changing the
+    // graph: a reload never validates.
+    void describeRefusal();
     void writeValidity(bool valid);
     // Takes off the dynamic inputs of the previous text.
     void removeDynamicInputs();

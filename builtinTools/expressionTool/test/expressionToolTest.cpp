@@ -282,6 +282,16 @@ TEST_F(Expressions, AReloadedCompositionGivesTheSameValues) {
         << "saved back the same";
 }
 
+TEST_F(Expressions, ARefusedTextKeepsItsReasonThroughAReload) {
+    attach("P.Value", "2*Nope.Output");
+    _graph = OmCompositionFile::fromXml(OmCompositionFile::toXml(*_graph), "test");
+    PiExpressionInterface* reloaded = services().findExpression(input("P.Value"));
+    ASSERT_NE(reloaded, nullptr);
+    EXPECT_FALSE(reloaded->isExpressionValid());
+    EXPECT_NE(reloaded->getErrorText().find("\"Nope\""), std::string::npos) << reloaded->getErrorText();
+    EXPECT_EQ(reloaded->getErrorFirstColumn(), 3);
+}
+
 TEST_F(Expressions, AStoredExpressionWhoseSourceIsGoneLoadsWithAWarning) {
     attach("P.Value", "S.Output * 2");
     std::string text = XmlWriter::toString(OmCompositionFile::toXml(*_graph));
