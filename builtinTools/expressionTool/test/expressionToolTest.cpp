@@ -3,6 +3,7 @@
 // inputs, cast to the parameter's type, undone, renamed and reloaded.
 #include "../../../pluginAPI/compAPI/test/compTestTools.h"
 #include "btExpAttributeAdjuster.h"
+#include "btExpBoundaryNodes.h"
 #include "btExpParser.h"
 #include "btExpressionTool.h"
 #include "msgServer.h"
@@ -333,4 +334,20 @@ TEST(ExpressionTools, AreRegisteredPerValueType) {
         EXPECT_TRUE(services.isExpressionToolOfType(*tool, type));
     }
     EXPECT_FALSE(services.createTool(PiSocketType::COLOR));
+}
+
+TEST_F(Expressions, BoundaryNodesAreToldApartAndSkipped) {
+    RCShdPtr<PiNode> group = _graph->getNode("G");
+    RCShdPtr<PiNode> boundary = group->getInnerGraph()->findBoundaryNode("In");
+    ASSERT_TRUE(boundary);
+    EXPECT_TRUE(IsSuperToolInputBoundaryNode(*boundary)) << "the test group is a super tool";
+    EXPECT_FALSE(IsInputBoundaryNode(*boundary));
+    EXPECT_FALSE(IsSuperToolInputBoundaryNode(*group->getInnerGraph()->getNode("N")));
+
+    RCShdPtr<PiOutput> inside = boundary->getOutput(PiNode::getValueNodeOutputName(), true);
+    EXPECT_FALSE(SkipBoundaryNodes(inside)) << "nothing drives the group's input";
+    RCShdPtr<PiOutput> source = _graph->getNode("S")->getOutput("Output");
+    _graph->connect(source, group->getInput("In"));
+    EXPECT_EQ(SkipBoundaryNodes(inside), source);
+    EXPECT_EQ(SkipBoundaryNodes(source), source);
 }
