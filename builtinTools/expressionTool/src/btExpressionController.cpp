@@ -69,9 +69,7 @@ BtExpressionController::BtExpressionController(PiSocketType type) : _type(type) 
 BtExpressionController::~BtExpressionController() = default;
 
 void BtExpressionController::setExpression(std::string const& text) {
-    QV_ASSERT(!isUndoRedoOngoing());
-    UndoGuard guard(*this, "Set Expression String");
-    getNode()->getValue(BtExpressionTool::getExpressionStringName(), true)->setData(PiVariant(text));
+    writeStored("Set Expression String", BtExpressionTool::getExpressionStringName(), text);
 }
 
 std::string BtExpressionController::getExpression() const {
@@ -147,10 +145,8 @@ void BtExpressionController::rebuildExpression() {
 }
 
 void BtExpressionController::clearExpression() {
-    QV_ASSERT(!isUndoRedoOngoing());
-    UndoGuard guard(*this, "Clear Expression String");
-    getNode()->getValue(BtExpressionTool::getExpressionStringName(), true)->setData(PiVariant(std::string()));
-    writeValidity(false);
+    // An empty text does not validate: the flag follows in the same step.
+    writeStored("Clear Expression String", BtExpressionTool::getExpressionStringName(), {});
 }
 
 bool BtExpressionController::adjustExpression() {
@@ -182,9 +178,7 @@ bool BtExpressionController::isExpressionValid() const {
 }
 
 void BtExpressionController::setComment(std::string const& text) {
-    QV_ASSERT(!isUndoRedoOngoing());
-    UndoGuard guard(*this, "Set Expression Comment");
-    getNode()->getValue(BtExpressionTool::getCommentName(), true)->setData(PiVariant(text));
+    writeStored("Set Expression Comment", BtExpressionTool::getCommentName(), text);
 }
 
 std::string BtExpressionController::getComment() const {
@@ -309,6 +303,13 @@ void BtExpressionController::describeRefusal() {
         _errorLastColumn = error.getLastColumn();
         _errorText = error.getReason();
     }
+}
+
+void BtExpressionController::writeStored(std::string const& label, std::string const& name,
+                                         std::string const& text) {
+    QV_ASSERT(!isUndoRedoOngoing());
+    UndoGuard guard(*this, label);
+    getNode()->getValue(name, true)->setData(PiVariant(text));
 }
 
 std::string BtExpressionController::getStoredString(std::string const& name) const {

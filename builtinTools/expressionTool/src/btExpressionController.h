@@ -73,6 +73,8 @@ private:
     class FlagScope;
 
     std::string getStoredString(std::string const& name) const;
+    // One undo step of its own (or the enclosing one's).
+    void writeStored(std::string const& label, std::string const& name, std::string const& text);
     // The error of a text loaded invalid, found again without changing the
     // graph: a reload never validates.
     void describeRefusal();
