@@ -18,6 +18,7 @@
 #include "piUndoGuard.h"
 #include "piValue.h"
 
+#include <optional>
 #include <sstream>
 
 namespace Qv {
@@ -80,29 +81,10 @@ bool BtExpressionController::validateExpression() {
     QV_ASSERT(!isUndoRedoOngoing());
     FlagScope validating(_validating);
     _sockets.clear();
-    RCShdPtr<BtExpPxGraphValidator> validator(new BtExpPxGraphValidator(getNode()));
-    _errorFirstColumn = 0;
-    _errorLastColumn = 0;
-    _errorText.clear();
-    std::string const text = getExpression();
-    bool valid = false;
-    try {
-        parse(*validator, text);
-        Node const& result = validator->getResult();
-        // A vector cannot drive a parameter.
-        valid = !asTyped<double>(result).isNull() || !asTyped<bool>(result).isNull();
-        if (!valid) {
-            _errorFirstColumn = 1;
-            _errorLastColumn = static_cast<std::int32_t>(text.size()) + 1;
-            _errorText = "Unsupported expression type";
-        }
-    } catch (BtExpEx const& error) {
-        _errorFirstColumn = error.getFirstColumn();
-        _errorLastColumn = error.getLastColumn();
-        _errorText = error.getReason();
-    }
+    std::optional<std::vector<RCShdPtr<PiSocket>>> sockets = checkText();
+    bool const valid = sockets.has_value();
     if (valid) {
-        _sockets = validator->getSockets();
+        _sockets = std::move(*sockets);
     } else {
         PiCreateProcGuard guard(*this);
         FlagScope building(_building);
@@ -209,7 +191,8 @@ void BtExpressionController::nodeLoaded() {
     RCShdPtr<PiNode> node = getNode();
     BtExpNodeNameObserver::getInstance().attach(*node->getGraph());
     if (!isExpressionValid()) {
-        describeRefusal();
+        // The reason of a refusal is not stored: found again, nothing changed.
+        checkText();
         return;
     }
     // A reference whose node was not saved with the composition: the text
@@ -290,11 +273,18 @@ void BtExpressionController::valueChanged(PiNodeEvent::ValueChanged const& event
         buildExpression();
 }
 
-void BtExpressionController::describeRefusal() {
+std::optional<std::vector<RCShdPtr<PiSocket>>> BtExpressionController::checkText() {
     RCShdPtr<BtExpPxGraphValidator> validator(new BtExpPxGraphValidator(getNode()));
     std::string const text = getExpression();
+    _errorFirstColumn = 0;
+    _errorLastColumn = 0;
+    _errorText.clear();
     try {
         parse(*validator, text);
+        Node const& result = validator->getResult();
+        // A vector cannot drive a parameter.
+        if (!asTyped<double>(result).isNull() || !asTyped<bool>(result).isNull())
+            return validator->getSockets();
         _errorFirstColumn = 1;
         _errorLastColumn = static_cast<std::int32_t>(text.size()) + 1;
         _errorText = "Unsupported expression type";
@@ -303,6 +293,7 @@ void BtExpressionController::describeRefusal() {
         _errorLastColumn = error.getLastColumn();
         _errorText = error.getReason();
     }
+    return std::nullopt;
 }
 
 void BtExpressionController::writeStored(std::string const& label, std::string const& name,

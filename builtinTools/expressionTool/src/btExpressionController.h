@@ -22,6 +22,7 @@
 #include "piValueChangeInterface.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -75,9 +76,10 @@ private:
     std::string getStoredString(std::string const& name) const;
     // One undo step of its own (or the enclosing one's).
     void writeStored(std::string const& label, std::string const& name, std::string const& text);
-    // The error of a text loaded invalid, found again without changing the
-    // graph: a reload never validates.
-    void describeRefusal();
+    // Runs the validator over the text, keeping the error of a refusal;
+    // changes nothing of the graph. The sockets of the references when the
+    // text is valid.
+    std::optional<std::vector<RCShdPtr<PiSocket>>> checkText();
     void writeValidity(bool valid);
     // Takes off the dynamic inputs of the previous text.
     void removeDynamicInputs();
