@@ -6,6 +6,7 @@
 // the same loop. Each measure is the median of several repetitions, ours and
 // the native taking turns.
 #include "benchTiming.h"
+#include "benchWorkerLoop.h"
 #include "btExpMath.h"
 #include "btExpParser.h"
 #include "btExpPxGraphBase.h"
@@ -24,11 +25,8 @@ namespace {
 using namespace Qv;
 
 constexpr int REPETITIONS = 21;
-constexpr int TIMES = 100000;
-
-double timeAt(int i) {
-    return i * (10.0 / TIMES);
-}
+using QvBench::timeAt;
+using QvBench::TIMES;
 
 // 20 nodes: 7 times, 5 constants, 7 binary operators and a negation.
 constexpr char const* ARITH_TEXT = "-((t*2.5+1)/(t*t+3) - (t-4)*(t+0.5))";
@@ -60,30 +58,8 @@ PxStrongHndl<PxAnimValueProtocol<double> const> build(char const* text) {
     return BtExpNodeTypes::asTyped<double>(graph->getResult());
 }
 
-// Runs a loop over the times on a worker, as one request.
-class LoopRequest : public PxRequest {
-public:
-    explicit LoopRequest(std::function<double(double)> const& evaluate) : _evaluate(evaluate) {}
-    void performExecute() override {
-        double sum = 0.0;
-        for (int i = 0; i < TIMES; ++i)
-            sum += _evaluate(timeAt(i));
-        _sum = sum;
-    }
-    double getSum() const { return _sum; }
-
-private:
-    std::function<double(double)> const& _evaluate;
-    double _sum = 0.0;
-};
-
 double runOnWorker(std::function<double(double)> const& evaluate) {
-    PxRequestMgr& manager = PxRequestMgr::getInstance();
-    PxRequestPtr<LoopRequest> request(new LoopRequest(evaluate));
-    manager.postRequest(request, 0);
-    manager.waitForRequest(request);
-    manager.releaseRequest(request);
-    return request->getSum();
+    return QvBench::sumOnWorker(evaluate);
 }
 
 void compare(char const* name, char const* text, double (*native)(double)) {

@@ -6,6 +6,7 @@
 //         read from its text, against the same composition with constants.
 // Each measure is the median of several repetitions, the contenders taking turns.
 #include "benchTiming.h"
+#include "benchWorkerLoop.h"
 #include "inInitMgr.h"
 #include "omCompositionFile.h"
 #include "piExpressionInterface.h"
@@ -25,42 +26,19 @@ namespace {
 
 using namespace Qv;
 
-constexpr int TIMES = 100000;
+using QvBench::TIMES;
 constexpr int PARAMETERS = 2000;
-
-double timeAt(int i) {
-    return i * (10.0 / TIMES);
-}
 
 constexpr char const* EXPRESSION =
     "(A.Output*2 + B.Output*3 - C.Output/4) * (t+1) - (A.Output - B.Output)*(C.Output + 0.5)";
 
-class LoopRequest : public PxRequest {
-public:
-    explicit LoopRequest(PxNodePtr<PxAnimValueProtocol<double> const> const& node) : _node(node) {}
-    void performExecute() override {
-        double sum = 0.0;
-        for (int i = 0; i < TIMES; ++i) {
-            PxResult<double> result;
-            _node->getAnimValue(result, PxTimeContext(timeAt(i)));
-            sum += result.getValue();
-        }
-        _sum = sum;
-    }
-    double getSum() const { return _sum; }
-
-private:
-    PxNodePtr<PxAnimValueProtocol<double> const> const& _node;
-    double _sum = 0.0;
-};
-
 double evaluateOnWorker(PxNodePtr<PxAnimValueProtocol<double> const> const& node) {
-    PxRequestMgr& manager = PxRequestMgr::getInstance();
-    PxRequestPtr<LoopRequest> request(new LoopRequest(node));
-    manager.postRequest(request, 0);
-    manager.waitForRequest(request);
-    manager.releaseRequest(request);
-    return request->getSum();
+    std::function<double(double)> const evaluate = [&node](double t) {
+        PxResult<double> result;
+        node->getAnimValue(result, PxTimeContext(t));
+        return result.getValue();
+    };
+    return QvBench::sumOnWorker(evaluate);
 }
 
 PiExpressionInterface& drive(PiGraph& graph, std::string const& path, std::string const& text) {
