@@ -4,6 +4,7 @@
 
 #include <OpenImageIO/imageio.h>
 #include <algorithm>
+#include <cstdlib>
 #include <fmt/format.h>
 
 namespace Qv {
@@ -17,6 +18,11 @@ void FfHeaderLimits::check(OsFilePath const& path, std::uintmax_t fileSize, FfIm
             fmt::format(
                 "{} by {} pixels of {} channels: more than this system reads ({} a side, {} channels)",
                 spec.width, spec.height, spec.nchannels, MAX_SIDE, MAX_CHANNELS));
+    if (std::max({std::llabs(spec.x), std::llabs(spec.y), std::llabs(spec.z)}) > MAX_ORIGIN)
+        throw FfIOEx::ExCorruptFile(__FILE__, __LINE__, path.toString(),
+                                    fmt::format("its header places the pixels at ({}, {}), more than {} "
+                                                "pixels from the origin",
+                                                spec.x, spec.y, MAX_ORIGIN));
     // A file that says it stores its pixels as they are holds them widened at
     // most from a 1-bit palette index to four 8-bit channels.
     int const maxRatio = spec.get_string_attribute("compression") == "none" ? 32 : traits.maxRatio;

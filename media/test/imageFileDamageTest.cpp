@@ -152,13 +152,15 @@ TEST_F(ImageFileDamage, headersClaimingTooMuchAreRefusedAtOpen) {
         Outcome outcome;
     };
     // DPX (little-endian as written here): pixels a line at 0x304, lines at
-    // 0x308. TGA: width at 12, height at 14.
+    // 0x308, the vertical offset at 0x584. TGA: width at 12, height at 14.
     std::vector<Case> const cases{
         {"a DPX line of 775 million pixels", "dpx", {{0x304, 775171634, 4, false}}, Outcome::UNSUPPORTED},
         {"a DPX of 60000 by 60000 pixels",
          "dpx",
          {{0x304, 60000, 4, false}, {0x308, 60000, 4, false}},
          Outcome::CORRUPT},
+        // The library once wrote outside the caller's rows for this one.
+        {"a DPX two billion lines down", "dpx", {{0x584, 0x7FC00000, 4, false}}, Outcome::CORRUPT},
         // The library reads the user data whole at open.
         {"a DPX user data block of 1.4 GB", "dpx", {{32, 0x52525252, 4, false}}, Outcome::INCOMPLETE},
         {"a TGA of 65535 by 65535 pixels",
