@@ -38,6 +38,10 @@ int FfStreamFile::getHeight() const {
     return _input->spec().height;
 }
 
+int FfStreamFile::getNbChannels() const {
+    return _input->spec().nchannels;
+}
+
 Rational FfStreamFile::getRate() const {
     int rate[2] = {0, 1};
     if (_input->spec().getattribute("FramesPerSecond", OIIO::TypeRational, rate) && rate[1] != 0)

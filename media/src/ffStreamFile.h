@@ -24,6 +24,8 @@ public:
     int getNbFrames() const { return _nbFrames; }
     int getWidth() const;
     int getHeight() const;
+    // The channels of its frames as the movie stores them (readFrame keeps at most 4).
+    int getNbChannels() const;
     // Frames per second; 0/1 when the movie does not say.
     Rational getRate() const;
     // The whole frame, with the movie's channels in 8 bits. Throws
