@@ -4,6 +4,7 @@
 #include "osFileUtils.h"
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <fmt/format.h>
@@ -78,6 +79,23 @@ std::uintmax_t OsFile::getSize() const {
             __FILE__, __LINE__,
             fmt::format("cannot read the size of '{}': {}", _path.toString(), error.message()));
     return size;
+}
+
+LiDate OsFile::getModificationDate() const {
+    if (isDirectory(_path.toStdPath()))
+        throw OsFileEx::ExInvalidPath(
+            __FILE__, __LINE__,
+            fmt::format("cannot read the modification date of '{}': it is a directory", _path.toString()));
+    if (!exists())
+        throw OsFileEx::ExFileNotFound(__FILE__, __LINE__,
+                                       fmt::format("file not found: '{}'", _path.toString()));
+    std::error_code error;
+    fs::file_time_type const time = fs::last_write_time(_path.toStdPath(), error);
+    if (error)
+        throw OsFileEx::ExIOError(
+            __FILE__, __LINE__,
+            fmt::format("cannot read the modification date of '{}': {}", _path.toString(), error.message()));
+    return LiDate(std::chrono::file_clock::to_sys(time));
 }
 
 bool OsFile::remove() const {

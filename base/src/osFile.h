@@ -1,5 +1,6 @@
 #pragma once
 // Access to one regular file through its path.
+#include "liDate.h"
 #include "osFilePath.h"
 
 #include <cstdint>
@@ -20,6 +21,11 @@ public:
     bool isWritable() const;
     // Throws OsFileEx::ExFileNotFound.
     std::uintmax_t getSize() const;
+    // When the content last changed, to the whole second (LiDate keeps no
+    // fraction: two changes within one second may give the same date, two a
+    // second or more apart never do). Throws OsFileEx::ExFileNotFound,
+    // ExInvalidPath for a directory, ExIOError.
+    LiDate getModificationDate() const;
 
     // Removes the file; false when there was none. Throws
     // OsFileEx::ExInvalidPath for a directory, OsFileEx::ExIOError when the
