@@ -12,13 +12,19 @@ PiVariant PiSettings::getValue(std::string const& key) const {
 }
 
 void PiSettings::setValue(std::string const& key, PiVariant value) {
-    std::lock_guard lock(_mutex);
-    _values[key] = std::move(value);
+    {
+        std::lock_guard lock(_mutex);
+        _values[key] = std::move(value);
+    }
+    notify();
 }
 
 void PiSettings::reset() {
-    std::lock_guard lock(_mutex);
-    _values = _defaults;
+    {
+        std::lock_guard lock(_mutex);
+        _values = _defaults;
+    }
+    notify();
 }
 
 } // namespace Qv

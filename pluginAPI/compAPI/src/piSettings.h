@@ -2,6 +2,11 @@
 // Settings by key, of any value type; the base of the project's and the
 // user's settings. Usable between the platform package's initialise and
 // finalise steps only: callers assert isInitialized() first.
+//
+// Observers attached to the settings are told of every setValue and reset,
+// after the change and outside the settings' lock, on the changing thread; an
+// observer reads the values it cares about back with getValue.
+#include "obSubject.h"
 #include "piVariant.h"
 
 #include <map>
@@ -10,7 +15,7 @@
 
 namespace Qv {
 
-class PiSettings {
+class PiSettings : public ObSubject {
 public:
     virtual ~PiSettings() = default;
 

@@ -11,7 +11,7 @@ namespace {
 std::unique_ptr<PiUserSettings> gInstance;
 } // namespace
 
-PiUserSettings::PiUserSettings() : PiSettings({{"ProxyScale", 0}}) {}
+PiUserSettings::PiUserSettings() : PiSettings({{"ProxyScale", 0}, {"ProxiesOnRead", false}}) {}
 
 PiUserSettings& PiUserSettings::getInstance() {
     QV_ASSERT(isInitialized());

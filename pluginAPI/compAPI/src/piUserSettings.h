@@ -1,6 +1,10 @@
 #pragma once
-// The settings of the user, kept across projects ("ProxyScale": 0 for full
-// resolution).
+// The settings of the user, kept across projects:
+// - "ProxyScale" (int): 0 for full resolution.
+// - "ProxiesOnRead" (bool, default false): an image reader that reads a frame
+//   also filters every proxy level the caches keep, at once, so that later
+//   proxy requests find them ready. Readers follow changes through an
+//   observer (ObObserver) attached to these settings.
 #include "piSettings.h"
 
 namespace Qv {
