@@ -17,3 +17,10 @@ set(_seqpath_generated ${BISON_BtSequencePathGrammar_OUTPUTS} ${FLEX_BtSequenceP
 set_source_files_properties(${_seqpath_generated} PROPERTIES COMPILE_OPTIONS "-w")
 target_sources(QVbuiltinTools PRIVATE ${_seqpath_generated})
 target_include_directories(QVbuiltinTools PUBLIC ${_seqpath_gen})
+# The image sequence tests write a small movie with the FFmpeg libraries when
+# the build has them; without them those tests are skipped.
+pkg_check_modules(QV_TEST_FFMPEG QUIET IMPORTED_TARGET libavformat libavcodec libavutil)
+if(QV_TEST_FFMPEG_FOUND AND TARGET QVbuiltinToolsTest)
+  target_link_libraries(QVbuiltinToolsTest PRIVATE PkgConfig::QV_TEST_FFMPEG)
+  target_compile_definitions(QVbuiltinToolsTest PRIVATE QV_TEST_HAS_FFMPEG)
+endif()

@@ -57,7 +57,9 @@ ImImageConst FfStreamFile::readFrame(int index, ImMemory::Factory const& factory
     ImLayout const layout({0, spec.width, 0, spec.height},
                           ImFormat(std::min(spec.nchannels, 4), ImPixelFormat::UINT8));
     ImImage const frame(layout, factory);
-    if (!_input->read_image(0, 0, 0, layout.getFormat().getComps(), OIIO::TypeDesc::UINT8,
+    // The first argument is the subimage, the frame of a movie: it is read
+    // from there whatever the seek before chose.
+    if (!_input->read_image(index, 0, 0, layout.getFormat().getComps(), OIIO::TypeDesc::UINT8,
                             frame.getMemory()->getData(), OIIO::AutoStride,
                             static_cast<OIIO::stride_t>(layout.getRowBytes())))
         throw FfIOEx::ExReadError(__FILE__, __LINE__, getPath().toString(),

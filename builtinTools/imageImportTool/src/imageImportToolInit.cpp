@@ -2,6 +2,7 @@
 // registers the package's tools with the host.
 #include "imageImportToolInit.h"
 
+#include "btImageSequence.h"
 #include "btSequencePathBuilder.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
@@ -34,10 +35,12 @@ void InInit<QvInit::imageImportTool>::initialize() {
     QV_CREATE_MINOR_GROUP("BuiltinTools", ImageReader);
     MsgFileGuard catalogue("imageImport.msg");
     BtSequencePathBuilder::initialize();
+    BtImageSequence::initialize();
 }
 
 template <>
 void InInit<QvInit::imageImportTool>::finalize() {
+    BtImageSequence::finalize();
     BtSequencePathBuilder::finalize();
     QV_DELETE_MINOR_GROUP(ImageReader);
 }
