@@ -19,6 +19,7 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 #include <vector>
 #include <zlib.h>
@@ -255,6 +256,16 @@ std::optional<Header> readHeader(int fd, std::uint64_t fileSize, int& error) {
     return header;
 }
 
+// Dates the file now, to the nanosecond: the file system's own stamp is as
+// coarse as the kernel's tick, and entries written within one tick would
+// then tie in the order of use.
+void stampNow(int fd) {
+    timespec now{};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    timespec const times[2] = {now, now};
+    ::futimens(fd, times); // a failure only leaves the entry older than it is
+}
+
 void removeEntry(fs::path const& file) {
     std::error_code ignored;
     fs::remove(file, ignored);
@@ -378,7 +389,7 @@ PxImageResult StDiskStore::read(Location const& location) {
     auto const modified = std::chrono::system_clock::time_point(
         std::chrono::seconds(info.st_mtim.tv_sec) + std::chrono::nanoseconds(info.st_mtim.tv_nsec));
     if (now - modified > std::chrono::seconds(TOUCH_AFTER_SECONDS))
-        ::futimens(fd.get(), nullptr); // renews its place in the order of use; a failure only ages it
+        stampNow(fd.get()); // renews its place in the order of use
     return PxImageResult(tile, header->interval);
 }
 
@@ -436,6 +447,8 @@ void StDiskStore::write(Location const& location, PxImageResult const& result) {
             written = writeAll(fd.get(), staging.data(), staging.size());
     }
     int const writeError = errno;
+    if (written)
+        stampNow(fd.get());
     bool const closed = fd.close();
     if (!written || !closed) {
         int const reason = !written ? writeError : errno;

@@ -92,6 +92,9 @@ PxImageResult StImageCacheNode::getImageResult(PxImageContext const& context) co
                 if (cached.getTile().isValid())
                     return cached;
                 request = PxRequestPtr<ComputeRequest>(new ComputeRequest(*this, context));
+                // Posted before others can see it: a wait for a request never
+                // posted would run it, and the post after that would be a fault.
+                manager.postRequest(request, 0);
                 _inFlight[key] = request;
                 posted = true;
             }
@@ -117,8 +120,6 @@ PxImageResult StImageCacheNode::getImageResult(PxImageContext const& context) co
             }
         } cleanUp{*this, key, request, posted};
 
-        if (posted)
-            manager.postRequest(request, 0);
         try {
             manager.waitForRequest(request);
         } catch (PxEx::ExRequestCancelled const&) {
