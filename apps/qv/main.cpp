@@ -34,6 +34,7 @@ int main(int argc, char** argv) {
     addEvalCommand(app, action);
     addImageInfoCommand(app, action);
     addSnapshotCommand(app, action);
+    addSequenceCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {

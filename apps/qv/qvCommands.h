@@ -21,5 +21,6 @@ void addInfoCommand(CLI::App& app, QvAction& action);
 void addEvalCommand(CLI::App& app, QvAction& action);
 void addImageInfoCommand(CLI::App& app, QvAction& action);
 void addSnapshotCommand(CLI::App& app, QvAction& action);
+void addSequenceCommand(CLI::App& app, QvAction& action);
 
 } // namespace Qv
