@@ -35,6 +35,7 @@ int main(int argc, char** argv) {
     addImageInfoCommand(app, action);
     addSnapshotCommand(app, action);
     addSequenceCommand(app, action);
+    addReadCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {

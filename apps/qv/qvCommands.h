@@ -22,5 +22,6 @@ void addEvalCommand(CLI::App& app, QvAction& action);
 void addImageInfoCommand(CLI::App& app, QvAction& action);
 void addSnapshotCommand(CLI::App& app, QvAction& action);
 void addSequenceCommand(CLI::App& app, QvAction& action);
+void addReadCommand(CLI::App& app, QvAction& action);
 
 } // namespace Qv

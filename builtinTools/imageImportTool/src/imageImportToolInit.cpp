@@ -4,6 +4,7 @@
 
 #include "btImageSequence.h"
 #include "btSequencePathBuilder.h"
+#include "btUserSettingsObserver.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
 #include "lgGroups.h"
@@ -36,10 +37,12 @@ void InInit<QvInit::imageImportTool>::initialize() {
     MsgFileGuard catalogue("imageImport.msg");
     BtSequencePathBuilder::initialize();
     BtImageSequence::initialize();
+    BtImageReaderNode::UserSettingsObserver::start();
 }
 
 template <>
 void InInit<QvInit::imageImportTool>::finalize() {
+    BtImageReaderNode::UserSettingsObserver::stop();
     BtImageSequence::finalize();
     BtSequencePathBuilder::finalize();
     QV_DELETE_MINOR_GROUP(ImageReader);
