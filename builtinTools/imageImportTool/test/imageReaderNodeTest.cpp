@@ -6,6 +6,7 @@
 #include "btImageImportServices.h"
 #include "btImageReaderNode.h"
 #include "btImageSequence.h"
+#include "btReaderCacheIdentity.h"
 #include "evEventManager.h"
 #include "ffFileFormatMgr.h"
 #include "ffImageWriteUtil.h"
@@ -22,10 +23,15 @@
 #include "piUserSettings.h"
 #include "pxConfig.h"
 #include "pxHandles.h"
+#include "pxImageMultiTileRequest.h"
+#include "pxRequestMgr.h"
+#include "stTileStore.h"
 #include "statScalar.h"
 #include "statTypes.h"
 
+#include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -85,18 +91,19 @@ protected:
 
     // A reader over the sequence, as the reader tool sets one up: memory only, a fresh identity.
     PxStrongHndl<BtImageReaderNode> makeNode(std::string const& pattern, IxPixelFormat::Depth depth,
-                                             unsigned comps = 4) {
+                                             BtReaderCacheIdentity const* identity = nullptr) {
         RCStrongPtr<PiImageSequence> const sequence(BtImageSequence::create(pattern).release());
         EXPECT_FALSE(sequence.isNull());
         PiImageFilePtr const first = sequence->getImageForReading(0, ImMemoryBuffer::Factory::getInstance());
         GeRectangle<int> const rect = first->getFileLayout().getRect();
         PxNode::Init init;
         PxStrongHndl<BtImageReaderNode> node(
-            new BtImageReaderNode(init, Uuid::createRandom(), PxResultProtocol::MEMORY));
+            new BtImageReaderNode(init, identity ? identity->storageId : Uuid::createRandom(),
+                                  identity ? identity->kind : PxResultProtocol::MEMORY));
         PxNode::init(node);
         node->setImageSequence(sequence);
         node->setImageSize({rect.getWidth(), rect.getHeight()});
-        node->setComps(comps);
+        node->setComps(4);
         node->setPixelDepth(depth);
         node->setStartTime(sequence->getStartFileNo());
         node->setRate(Rational(24, 1));
@@ -395,6 +402,73 @@ TEST_F(ImageReaderNode, unpremultiplyingAndVectorsFinishEachTile) {
     Rgba const v = IxPixelUtil::getPixelColor(guard, 0, 0);
     EXPECT_FLOAT_EQ(v.r, 5.0f);
     EXPECT_FLOAT_EQ(std::fabs(v.g), 5.0f);
+}
+
+TEST_F(ImageReaderNode, aCancelledReadLeavesNoPartialTileCached) {
+    writeFrames("cancel", "exr", 1, 900, 700, {IxPixelFormat::RGBA, IxPixelFormat::FLOAT16}, ramp);
+    PxConfig::setTileSize(64, 64);
+    PxStrongHndl<BtImageReaderNode> const node =
+        makeNode(patternOf("cancel", "exr", 1), IxPixelFormat::FLOAT16);
+    PxRequestMgr& mgr = PxRequestMgr::getInstance();
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        PxRequestPtr<PxImageMultiTileRequest> request(new PxImageMultiTileRequest(
+            PxNodePtr<PxImageProtocol const>(node), 0, PxTimeInfo(1.0 / 24.0), 0));
+        mgr.postRequest(request, 0);
+        std::this_thread::sleep_for(std::chrono::milliseconds(attempt));
+        mgr.releaseRequest(request); // cancels what has not finished
+    }
+    expectFrameEqualsFile(frame(node, 1), fileOf("cancel", "exr", 1), 0.0f, "after cancelled reads");
+}
+
+TEST_F(ImageReaderNode, proxiesOnReadFillEveryLevelTheDiskKeepsFromOneRead) {
+    writeFrames("onread", "exr", 1, 200, 120, {IxPixelFormat::RGBA, IxPixelFormat::FLOAT16}, ramp);
+    PxConfig::setTileSize(32, 32);
+    PxStrongHndl<BtImageReaderNode> const node =
+        makeNode(patternOf("onread", "exr", 1), IxPixelFormat::FLOAT16);
+    BtImageReaderNode::setProxiesOnRead(true);
+    frame(node, 1);
+    BtImageReaderNode::setProxiesOnRead(false);
+    long long const made = StatScalar::get(StatTypes::PROXY_TILE_SCALAR_ID);
+    EXPECT_GT(made, 0);
+    frame(node, 1, 3);
+    EXPECT_EQ(StatScalar::get(StatTypes::PROXY_TILE_SCALAR_ID), made) << "level 3 was made at read time";
+    EXPECT_EQ(StatScalar::get(StatTypes::FILE_IMPORT_SCALAR_ID), 1);
+}
+
+TEST_F(ImageReaderNode, readersOfOnePathAndDateShareTilesOnDiskAndATouchedFileMakesNewOnes) {
+    std::filesystem::path const cache = _root / "cache";
+    setenv("QV_DISK_CACHE", cache.c_str(), 1);
+    writeFrames("shared", "exr", 2, 64, 48, {IxPixelFormat::RGBA, IxPixelFormat::FLOAT16}, ramp);
+    std::string const pattern = patternOf("shared", "exr", 2);
+    auto identityOf = [&] {
+        RCStrongPtr<PiImageSequence> const sequence(BtImageSequence::create(pattern).release());
+        return BtReaderCacheIdentity::decide(*sequence);
+    };
+    BtReaderCacheIdentity const first = identityOf();
+    EXPECT_EQ(first.kind, PxResultProtocol::MEMORY_AND_DISK);
+    EXPECT_EQ(first.text.rfind("ImageReaderCache:" + pattern + "@", 0), 0u) << first.text;
+    EXPECT_EQ(identityOf().storageId, first.storageId);
+
+    auto readWith = [&](BtReaderCacheIdentity const& identity) {
+        frame(makeNode(pattern, IxPixelFormat::FLOAT16, &identity), 2);
+    };
+    readWith(first);
+    EXPECT_EQ(StatScalar::get(StatTypes::FILE_IMPORT_SCALAR_ID), 1);
+    StTileStore::getInstance().clear(); // as a new process would find it
+    BtReaderCacheIdentity const again = identityOf();
+    readWith(again);
+    EXPECT_EQ(StatScalar::get(StatTypes::FILE_IMPORT_SCALAR_ID), 1)
+        << "the second reader found the disk tier";
+
+    std::filesystem::path const firstFile = fileOf("shared", "exr", 1).toStdPath();
+    std::filesystem::last_write_time(firstFile,
+                                     std::filesystem::last_write_time(firstFile) + std::chrono::hours(1));
+    BtReaderCacheIdentity const touched = identityOf();
+    EXPECT_NE(touched.storageId, first.storageId);
+    StTileStore::getInstance().clear();
+    readWith(touched);
+    EXPECT_EQ(StatScalar::get(StatTypes::FILE_IMPORT_SCALAR_ID), 2) << "a touched file is read again";
+    unsetenv("QV_DISK_CACHE");
 }
 
 TEST_F(ImageReaderNode, outsideTheSequenceTilesAreEmptyForAYearEitherWay) {
