@@ -21,6 +21,11 @@
 //   takes the colour when its controller sets it.
 // - Tiles are cached under a variant text of every setting, so that a set
 //   makes earlier tiles unreachable.
+// - Error tiles: an I/O error is red with white bands, running out of image
+//   buffers orange with black bands, running out of heap magenta with black
+//   bands; every tile of the failed frame is made at once, in memory only.
+// - Proxy footprint: output pixel x of level n reads pixels 2x - 3 .. 2x + 4
+//   of level n - 1 (the filter's eight taps), clipped to that level's image.
 #include "btTileKeeper.h"
 #include "cbDispatcher.h"
 #include "coColor.h"
