@@ -11,6 +11,7 @@
 #include "coMotionVectorInfo.h"
 #include "imMemory.h"
 #include "piImageFile.h"
+#include "rational.h"
 #include "rcBase.h"
 #include "rcStrongPtr.h"
 
@@ -49,6 +50,8 @@ public:
     virtual bool isStream() const = 0;
     // The frame number of index 0; 0 for a movie.
     virtual int getStartFileNo() const { return 0; }
+    // Frames per second as the media says (a movie); 0/1 when it does not.
+    virtual Rational getRate() const { return Rational(0, 1); }
     // How its pixels carry motion vectors: none unless a kind says.
     virtual CoMotionVectorInfo getMotionVectorInfo() const { return _motionVectorInfo; }
     // The XML fragment that createFromFragment reads back.

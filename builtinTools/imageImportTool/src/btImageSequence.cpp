@@ -115,6 +115,7 @@ public:
     std::string getSequenceName() const override { return _sequenceName; }
     std::string getFileNameAt(int) const override { return _path.toString(); }
     bool isStream() const override { return true; }
+    Rational getRate() const override { return _movie->getRate(); }
     void write(std::ostream& os) const override {
         writeFragment(os, BtImageSequence::STREAM_SEQUENCE_ROOT_TAG, _path.toString());
     }

@@ -173,7 +173,10 @@ extern "C" int btReadSequence(Qv::BtSequenceReadOptions const& options, std::ost
     IxPixelFormat::Depth const depth =
         options.depth.empty() ? fileFormat.getDepth() : parseDepth(options.depth);
     CoMotionVectorInfo const vectors = parseVectors(options.vectors);
-    Rational const rate(24, 1);
+    // Image files carry no rate a reader trusts: 24 a second unless the media says.
+    Rational const rate = sequence->getRate().getNumerator() > 0 && sequence->getRate().getDenominator() > 0
+                              ? sequence->getRate()
+                              : Rational(24, 1);
 
     BtImageReaderNode::setProxiesOnRead(options.proxiesOnRead);
     BtReaderCacheIdentity const identity = BtReaderCacheIdentity::decide(*sequence);
