@@ -73,6 +73,7 @@ void read(BtSequenceReadOptions const& o) {
 // and a budget of its own; the child's initialisation is timed with it, as
 // oiiotool's start is.
 void inChild(std::function<void()> const& work) {
+    std::fflush(stdout); // or the child prints the parent's pending lines again
     pid_t const child = fork();
     if (child == 0) {
         InInitMgr::getInstance().initializeAll();

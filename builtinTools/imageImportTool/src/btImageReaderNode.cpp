@@ -242,12 +242,13 @@ PxImageResult BtImageReaderNode::getTileShared(PxImageContext const& context) co
                     levels.push_back(convertPixelsToTiles(getImagePixels(level)));
                 request = PxRequestPtr<GetImageRequest>(
                     new GetImageRequest(*this, context, std::make_shared<BtTileKeeper>(levels)));
+                // Posted before anyone else can find it: a wait on a request
+                // never posted would run it on the waiting thread.
+                mgr.postRequest(request, 0);
                 _requests.emplace(key, request);
                 poster = true;
             }
         }
-        if (poster)
-            mgr.postRequest(request, 0);
         PxImageResult result;
         bool cancelled = false;
         try {
