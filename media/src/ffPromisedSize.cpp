@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -150,11 +151,30 @@ std::optional<std::string> zeroEnded(std::istream& stream, std::size_t limit) {
     return std::nullopt;
 }
 
+// Bytes the library reads for a value of a type whose size it knows itself,
+// whatever size the attribute declares; 0 for types it reads as declared.
+std::uintmax_t exrFixedSize(std::string const& type) {
+    static std::map<std::string, std::uintmax_t, std::less<>> const sizes{
+        {"box2i", 16},      {"box2f", 16},   {"chromaticities", 32},
+        {"compression", 1}, {"double", 8},   {"envmap", 1},
+        {"float", 4},       {"int", 4},      {"keycode", 28},
+        {"lineOrder", 1},   {"m33f", 36},    {"m33d", 72},
+        {"m44f", 64},       {"m44d", 128},   {"rational", 8},
+        {"tiledesc", 9},    {"timecode", 8}, {"v2i", 8},
+        {"v2f", 8},         {"v2d", 16},     {"v3i", 12},
+        {"v3f", 12},        {"v3d", 24},     {"deepImageState", 1}};
+    auto const found = sizes.find(type);
+    return found == sizes.end() ? 0 : found->second;
+}
+
 // Magic, version, then attributes (name, type, 4-byte size, value) up to an
 // empty name; a multi-part file has one such header per part, then an empty
 // one. The library allocates what a size claims before reading the value, so
 // every value must fit in the file; so must a single scan-line part's table
 // of chunk offsets, one for each chunk of rows its compression codes at once.
+// The scan reads as far into each value as the library does (a type's own
+// size, the entries of a channel list, a preview's claimed pixels), so that a
+// declared size that lies cannot put the two out of step.
 Size exr(OsFilePath const& path) {
     std::error_code error;
     std::uintmax_t const fileSize = std::filesystem::file_size(path.toStdPath(), error);
@@ -182,10 +202,32 @@ Size exr(OsFilePath const& path) {
             Bytes size(4);
             if (!stream.read(reinterpret_cast<char*>(size.data()), 4))
                 return fileSize + 1;
-            std::uintmax_t const bytes = littleEndian(size, 0, 4);
+            std::uintmax_t bytes = littleEndian(size, 0, 4);
             if (bytes > 0x7fffffff)
                 return std::nullopt; // negative: the library refuses it
-            end = static_cast<std::uintmax_t>(stream.tellg()) + bytes;
+            std::uintmax_t const start = static_cast<std::uintmax_t>(stream.tellg());
+            if (std::uintmax_t const fixed = exrFixedSize(*type); fixed > 0) {
+                bytes = fixed;
+            } else if (*type == "chlist") {
+                // Entries of a name and 16 bytes, up to an empty name.
+                for (;;) {
+                    std::optional<std::string> const channel = zeroEnded(stream, 255);
+                    if (!channel)
+                        return fileSize + 1;
+                    if (channel->empty())
+                        break;
+                    stream.seekg(16, std::ios::cur);
+                }
+                bytes = static_cast<std::uintmax_t>(stream.tellg()) - start;
+                stream.seekg(static_cast<std::streamoff>(start));
+            } else if (*type == "preview") {
+                Bytes sides(8);
+                if (!stream.read(reinterpret_cast<char*>(sides.data()), 8))
+                    return fileSize + 1;
+                bytes = 8 + littleEndian(sides, 0, 4) * littleEndian(sides, 4, 4) * 4;
+                stream.seekg(static_cast<std::streamoff>(start));
+            }
+            end = start + bytes;
             if (end > fileSize)
                 return end;
             Bytes value(*name == "dataWindow" || *name == "compression" ? bytes : 0);

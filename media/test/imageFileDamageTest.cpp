@@ -244,5 +244,23 @@ TEST_F(ImageFileDamage, anExrAttributeLargerThanTheFileIsIncomplete) {
     }
 }
 
+// The library reads a v3f as its 12 bytes whatever size the attribute
+// declares: one declared 8 bytes long hides, from a scan that believes it, a
+// string after it that claims 1.8 GB.
+TEST_F(ImageFileDamage, anExrAttributeThatLiesAboutItsSizeCannotHideALargerOne) {
+    std::string bytes("\x76\x2f\x31\x01\x02\x00\x00\x00", 8);
+    bytes += std::string("centre\0v3f\0", 11) + std::string("\x08\x00\x00\x00", 4);
+    bytes += std::string("12345678\0\0\0\0", 12);
+    bytes += std::string("note\0string\0", 12) + std::string("\x00\x00\x00\x70", 4) + "short";
+    OsFilePath const file = path("lies.exr");
+    std::ofstream(file.toString(), std::ios::binary) << bytes;
+    try {
+        FfFileFormatMgr::getInstance().openImageFile(file);
+        ADD_FAILURE() << "opened";
+    } catch (FfIOEx::ExIncompleteFile const& error) {
+        EXPECT_NE(error.getDetail().find("its header promises"), std::string::npos) << error.what();
+    }
+}
+
 } // namespace
 } // namespace Qv
