@@ -1,0 +1,171 @@
+// The backward warp: each pixel of the vector image reads the image at its
+// own position moved by its vector, bilinearly, and the image's fill colour
+// beyond its pixels.
+#include "btBwdWarpTool.h"
+#include "pxConfig.h"
+#include "pxEmptyImageNode.h"
+#include "warpTestImage.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+
+using namespace Qv;
+using namespace Qv::WarpTest;
+
+namespace {
+
+constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
+constexpr float INF = std::numeric_limits<float>::infinity();
+
+struct TileSize {
+    explicit TileSize(int size) { PxConfig::setTileSize(size, size); }
+    ~TileSize() { PxConfig::setTileSize(PxConfig::DEFAULT_TILE_SIZE, PxConfig::DEFAULT_TILE_SIZE); }
+};
+
+// The image: 4 by 3 pixels from (0, 0), and what it shows outside.
+GeRectangle<int> const FRAME{0, 4, 0, 3};
+Rgba const FILL{0.25f, 0.5f, 0.75f, 0.0f};
+Rgba value(int x, int y) {
+    return {float(x + 10 * y), float(1 + y), 0.5f, 1.0f};
+}
+Rgba mean(Rgba const& a, Rgba const& b) {
+    return {(a.r + b.r) / 2, (a.g + b.g) / 2, (a.b + b.b) / 2, (a.a + b.a) / 2};
+}
+
+using VectorFn = std::function<std::pair<float, float>(int x, int y)>;
+
+VectorFn constant(float vx, float vy) {
+    return [=](int, int) { return std::pair{vx, vy}; };
+}
+VectorFn at(int px, int py, float vx, float vy) {
+    return [=](int x, int y) { return x == px && y == py ? std::pair{vx, vy} : std::pair{0.0f, 0.0f}; };
+}
+// The image with the fill colour at one pixel.
+PixelFn fillAt(int px, int py) {
+    return [=](int x, int y) { return x == px && y == py ? FILL : value(x, y); };
+}
+
+struct Case {
+    char const* what;
+    GeRectangle<int> vectorRgn;
+    VectorFn vectors;
+    PixelFn expected;
+};
+
+} // namespace
+
+TEST(BwdWarpPxNode, WarpsSmallImagesAsWorkedOut) {
+    Case const cases[] = {
+        {"zero field", FRAME, constant(0, 0), value},
+        {"one pixel right", FRAME, constant(1, 0),
+         [](int x, int y) { return x == 3 ? FILL : value(x + 1, y); }},
+        {"one pixel up", FRAME, constant(0, -1),
+         [](int x, int y) { return y == 0 ? FILL : value(x, y - 1); }},
+        {"half a pixel right", FRAME, constant(0.5f, 0),
+         [](int x, int y) { return x == 3 ? mean(value(3, y), FILL) : mean(value(x, y), value(x + 1, y)); }},
+        {"a quarter left, a quarter down", FRAME, at(1, 1, -0.25f, 0.25f),
+         [](int x, int y) {
+             if (x != 1 || y != 1)
+                 return value(x, y);
+             // 9/16 of (1, 1), 3/16 of (0, 1) and of (1, 2), 1/16 of (0, 2).
+             Rgba const a = value(0, 1), b = value(1, 1), c = value(0, 2), d = value(1, 2);
+             auto mix = [](float a, float b, float c, float d) {
+                 return 0.75f * (0.25f * a + 0.75f * b) + 0.25f * (0.25f * c + 0.75f * d);
+             };
+             return Rgba{mix(a.r, b.r, c.r, d.r), mix(a.g, b.g, c.g, d.g), mix(a.b, b.b, c.b, d.b),
+                         mix(a.a, b.a, c.a, d.a)};
+         }},
+        {"a NaN vector", FRAME, at(1, 1, NaN, NaN), fillAt(1, 1)},
+        {"a NaN down only", FRAME, at(2, 0, 0.0f, NaN), fillAt(2, 0)},
+        {"an infinite vector", FRAME, at(0, 2, INF, -INF), fillAt(0, 2)},
+        {"minus infinity", FRAME, at(3, 0, -INF, 0.0f), fillAt(3, 0)},
+        {"a huge vector", FRAME, at(3, 2, 1e30f, -3e38f), fillAt(3, 2)},
+        {"vectors on part of the image",
+         {1, 3, 0, 2},
+         constant(1, 0),
+         [](int x, int y) { return value(x + 1, y); }},
+        {"vectors beyond the image",
+         {-2, 6, -1, 4},
+         constant(0, 0),
+         [](int x, int y) { return FRAME.contains(x, y) ? value(x, y) : FILL; }},
+    };
+    auto const image = makeImage(FRAME, value, IxPixelFormat::RGBA, FILL);
+    for (int tileSize : {2, 256}) {
+        TileSize const size(tileSize);
+        for (Case const& c : cases) {
+            SCOPED_TRACE(std::string(c.what) + ", tiles of " + std::to_string(tileSize));
+            auto const warp = BtBwdWarpTool::createPxNode(image, makeVectors(c.vectorRgn, c.vectors));
+            IxTile const out = evaluateFrame(warp);
+            IxTile expected(IxPixelFormat(IxPixelFormat::RGBA, IxPixelFormat::FLOAT32), c.vectorRgn);
+            {
+                IxWriteGuard const guard(expected);
+                for (int y = c.vectorRgn.y1; y < c.vectorRgn.y2; ++y)
+                    for (int x = c.vectorRgn.x1; x < c.vectorRgn.x2; ++x)
+                        IxPixelUtil::setPixelColor(guard, x, y, c.expected(x, y));
+            }
+            EXPECT_EQ(firstDifference(out, expected, 1e-6f), "");
+            EXPECT_TRUE(evaluateTileAt(warp, c.vectorRgn.x1, c.vectorRgn.y1).getVI().isNonEmpty());
+        }
+    }
+}
+
+TEST(BwdWarpPxNode, KeepsTheImagesFormat) {
+    auto const image = makeImage(
+        FRAME,
+        [](int x, int y) {
+            return Rgba{0, 0, 0, float(x + 10 * y)};
+        },
+        IxPixelFormat::ALPHA);
+    auto const warp = BtBwdWarpTool::createPxNode(image, makeVectors(FRAME, constant(0, 1)));
+    IxTile const out = evaluateFrame(warp);
+    ASSERT_EQ(out.getPixelFormat(), IxPixelFormat(IxPixelFormat::ALPHA, IxPixelFormat::FLOAT32));
+    IxReadGuard const guard(out);
+    for (int x = 0; x < 4; ++x) {
+        EXPECT_EQ(IxPixelUtil::getPixelColor(guard, x, 0).a, float(x + 10));
+        EXPECT_EQ(IxPixelUtil::getPixelColor(guard, x, 2).a, 0.0f) << "the fill below the image";
+    }
+}
+
+// Either input missing, or an image without pixels: the image's own tile.
+TEST(BwdWarpPxNode, WithoutBothInputsGivesTheImage) {
+    TileSize const size(2);
+    auto const image = makeImage(FRAME, value, IxPixelFormat::RGB);
+    auto const vectors = makeVectors(FRAME, constant(1, 1));
+    auto const empty = makeNode<PxEmptyImageNode>();
+    auto const noVectors = BtBwdWarpTool::createPxNode(image, empty);
+    EXPECT_EQ(firstDifference(evaluateFrame(noVectors), evaluateFrame(image), 0.0f), "");
+    EXPECT_EQ(firstDifference(evaluateTileAt(noVectors, 2, 2).getTile(),
+                              evaluateTileAt(image, 2, 2).getTile(), 0.0f),
+              "");
+
+    auto const noImage = BtBwdWarpTool::createPxNode(empty, vectors);
+    EXPECT_TRUE(evaluateTileAt(noImage, 0, 0).getPixelRegion().isEmpty());
+
+    auto const noPixels = BtBwdWarpTool::createPxNode(makeImage({3, 3, 1, 1}, value), vectors);
+    EXPECT_TRUE(evaluateTileAt(noPixels, 0, 0).getPixelRegion().isEmpty());
+}
+
+// The lookups go through the image's tiles: tiles of 16 and of 256 pixels
+// give the same image.
+TEST(BwdWarpPxNode, SameImageWhateverTheTileSize) {
+    GeRectangle<int> const frame{-17, 20, -9, 14};
+    auto const image = makeImage(frame, [](int x, int y) {
+        return Rgba{std::sin(x * 0.3f) + 2.0f, std::cos(y * 0.2f) + 2.0f, 0.01f * float(x * y), 1.0f};
+    });
+    auto const vectors = makeVectors(frame, [](int x, int y) {
+        return std::pair{3.0f * std::sin(float(x + y) / 5.0f), 2.5f * std::cos(float(x - y) / 4.0f)};
+    });
+    auto const warp = BtBwdWarpTool::createPxNode(image, vectors);
+    IxTile reference;
+    {
+        TileSize const size(256);
+        reference = evaluateFrame(warp);
+    }
+    for (int tileSize : {16, 5}) {
+        TileSize const size(tileSize);
+        EXPECT_EQ(firstDifference(evaluateFrame(warp), reference, 1e-6f), "") << tileSize;
+    }
+    EXPECT_EQ(reference.getPixelRegion(), frame);
+    EXPECT_NE(firstDifference(reference, evaluateFrame(image), 1e-3f), "") << "the field moved things";
+}
