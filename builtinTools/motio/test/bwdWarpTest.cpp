@@ -4,6 +4,7 @@
 #include "btBwdWarpTool.h"
 #include "pxConfig.h"
 #include "pxEmptyImageNode.h"
+#include "pxEx.h"
 #include "warpTestImage.h"
 
 #include <cmath>
@@ -168,4 +169,11 @@ TEST(BwdWarpPxNode, SameImageWhateverTheTileSize) {
     }
     EXPECT_EQ(reference.getPixelRegion(), frame);
     EXPECT_NE(firstDifference(reference, evaluateFrame(image), 1e-3f), "") << "the field moved things";
+}
+
+TEST(BwdWarpPxNode, ACancelledRequestLeavesByItsException) {
+    auto const warp =
+        BtBwdWarpTool::createPxNode(makeImage(FRAME, value), makeVectors(FRAME, constant(1, 0)));
+    EXPECT_THROW(evaluateTile(warp, PxImageContext(0.0, {0, 0}), true), PxEx::ExRequestCancelled);
+    EXPECT_EQ(evaluateTileAt(warp, 0, 0).getPixelRegion(), FRAME);
 }

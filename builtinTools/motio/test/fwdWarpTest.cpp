@@ -9,6 +9,7 @@
 #include "ipSet.h"
 #include "pxConfig.h"
 #include "pxEmptyImageNode.h"
+#include "pxEx.h"
 #include "warpTestImage.h"
 
 #include <cmath>
@@ -573,4 +574,14 @@ TEST(FwdWarpPxNode, BudgetBelowOneFrameStillWarps) {
     IxTile const image = warpLarge();
     Resources const plenty(1, PLENTY);
     EXPECT_EQ(firstDifference(image, warpLarge(), 0.0f), "");
+}
+
+// Cancelled, the warp leaves by the cancellation and its requests with it;
+// the node computes the next request as if nothing happened.
+TEST(FwdWarpPxNode, ACancelledRequestLeavesByItsException) {
+    Resources const resources(2, PLENTY);
+    auto const warp =
+        BtFwdWarpTool::createPxNode(makeImage(LARGE, largeValue), makeVectors(LARGE, smoothField));
+    EXPECT_THROW(evaluateTile(warp, PxImageContext(0.0, {0, 0}), true), PxEx::ExRequestCancelled);
+    EXPECT_EQ(evaluateTileAt(warp, 0, 0).getPixelRegion(), LARGE);
 }

@@ -79,12 +79,16 @@ inline PxStrongHndl<PxImageProtocol> makeVectors(GeRectangle<int> const& pixels,
     });
 }
 
-// One tile of a node, computed on this thread as a request.
+// One tile of a node, computed on this thread as a request; a request
+// cancelled as it starts stands for a user who gave up at once.
 class TileRequest : public PxRequest {
 public:
-    TileRequest(PxStrongHndl<PxImageProtocol const> const& node, PxImageContext const& context)
-        : _node(node), _context(context) {}
+    TileRequest(PxStrongHndl<PxImageProtocol const> const& node, PxImageContext const& context,
+                bool cancelled)
+        : _node(node), _context(context), _cancelled(cancelled) {}
     void performExecute() override {
+        if (_cancelled)
+            cancel();
         _result = PxUPtr<PxImageProtocol const>(_node)->getImageResult(_context);
     }
     PxImageResult const& getResult() const { return _result; }
@@ -92,12 +96,13 @@ public:
 private:
     PxNodePtr<PxImageProtocol const> _node;
     PxImageContext _context;
+    bool _cancelled;
     PxImageResult _result;
 };
 
 inline PxImageResult evaluateTile(PxStrongHndl<PxImageProtocol const> const& node,
-                                  PxImageContext const& context) {
-    PxRequestPtr<TileRequest> const request(new TileRequest(node, context));
+                                  PxImageContext const& context, bool cancelled = false) {
+    PxRequestPtr<TileRequest> const request(new TileRequest(node, context, cancelled));
     PxRequestMgr& mgr = PxRequestMgr::getInstance();
     try {
         mgr.waitForRequest(request);
