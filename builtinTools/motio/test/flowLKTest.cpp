@@ -111,6 +111,25 @@ TEST(FlowLKProc, SolvesEachWindowAndMarksTheBand) {
     }
 }
 
+// A derivative that grows along both axes: with gx = 1 and gy = 0 the
+// normal flow is the window's mean of -t, which for a linear -t is its value
+// at the window's centre. A window off by a column, or one that keeps
+// columns it should have dropped, shows at once.
+TEST(FlowLKProc, EachPixelSolvesTheWindowCentredOnIt) {
+    GeRectangle<int> const region{-3, 12, 0, 9};
+    IxTile const out = runKernel(
+        [](int, int) {
+            return Gradient{1.0f, 0.0f};
+        },
+        [](int x, int y) { return -(0.05f * float(x) + 0.02f * float(y)); }, region, region);
+    for (int y = region.y1 + 2; y < region.y2 - 2; ++y)
+        for (int x = region.x1 + 2; x < region.x2 - 2; ++x) {
+            SCOPED_TRACE(testing::Message() << "pixel " << x << ", " << y);
+            EXPECT_NEAR(pixelAt(out, x, y).r, 0.05f * float(x) + 0.02f * float(y), 1e-5f);
+            EXPECT_EQ(pixelAt(out, x, y).g, 0.0f);
+        }
+}
+
 TEST(FlowLKProc, ClampsToExactlyOnePixel) {
     IxTile const out = runKernel(varied, movedBy(varied, 40.0f, -1000.0f), SEVEN, SEVEN);
     for (int y = COMPUTED.y1; y < COMPUTED.y2; ++y)
