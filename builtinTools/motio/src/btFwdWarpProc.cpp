@@ -93,7 +93,10 @@ void BtFwdWarpProc::splatRows(IxReadGuard const& image, IxReadGuard const& vecto
     std::ptrdiff_t const accStride = static_cast<std::ptrdiff_t>(_accStride);
     std::ptrdiff_t const covStride = static_cast<std::ptrdiff_t>(_covStride);
     int const width = columns.getLength();
+    // Locals, since the stores into the accumulators could alias the members.
     float const coef = _warpCoef;
+    float const boundX1 = _boundX1, boundY1 = _boundY1, boundX2 = _boundX2, boundY2 = _boundY2;
+    int const dstX1 = _dstRgn.x1, dstY1 = _dstRgn.y1;
     for (int y = srcRgn.y1; y < srcRgn.y2; ++y) {
         mgr.checkCancellation();
         values.readFrom(image, y);
@@ -104,8 +107,8 @@ void BtFwdWarpProc::splatRows(IxReadGuard const& image, IxReadGuard const& vecto
         for (int i = 0; i < width; ++i) {
             float X = static_cast<float>(columns.x1 + i) + v[i].r * coef;
             float Y = rowY + v[i].g * coef;
-            X = atMost(atLeast(X, _boundX1), _boundX2);
-            Y = atMost(atLeast(Y, _boundY1), _boundY2);
+            X = atMost(atLeast(X, boundX1), boundX2);
+            Y = atMost(atLeast(Y, boundY1), boundY2);
             int const ix = floorToInt(X);
             int const iy = floorToInt(Y);
             float const fx = X - static_cast<float>(ix);
@@ -115,8 +118,8 @@ void BtFwdWarpProc::splatRows(IxReadGuard const& image, IxReadGuard const& vecto
             float const w01 = fy - fxfy;
             float const w10 = fx - fxfy;
             float const w11 = fxfy;
-            std::ptrdiff_t const dx = ix - _dstRgn.x1;
-            std::ptrdiff_t const dy = iy - _dstRgn.y1;
+            std::ptrdiff_t const dx = ix - dstX1;
+            std::ptrdiff_t const dy = iy - dstY1;
             float* const a = accOrigin + dy * accStride + dx * N;
             float* const c = covOrigin + dy * covStride + dx;
             addWeighted<N>(a, value[i], w00);
