@@ -2,27 +2,17 @@
 // own position moved by its vector, bilinearly, and the image's fill colour
 // beyond its pixels.
 #include "btBwdWarpTool.h"
-#include "pxConfig.h"
 #include "pxEmptyImageNode.h"
 #include "pxEx.h"
 #include "warpTestImage.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 
 using namespace Qv;
 using namespace Qv::WarpTest;
 
 namespace {
-
-constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
-constexpr float INF = std::numeric_limits<float>::infinity();
-
-struct TileSize {
-    explicit TileSize(int size) { PxConfig::setTileSize(size, size); }
-    ~TileSize() { PxConfig::setTileSize(PxConfig::DEFAULT_TILE_SIZE, PxConfig::DEFAULT_TILE_SIZE); }
-};
 
 // The image: 4 by 3 pixels from (0, 0), and what it shows outside.
 GeRectangle<int> const FRAME{0, 4, 0, 3};

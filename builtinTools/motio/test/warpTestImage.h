@@ -1,16 +1,21 @@
 #pragma once
-// Small images for the warp tests: nodes whose pixels come from a function
-// of the position, and evaluation of one tile or a whole frame from the
-// test's thread.
+// What the warp tests share: small images whose pixels come from a function
+// of the position, evaluation of one tile or a whole frame from the test's
+// thread, another tile grid or resource snapshot for the length of a test.
+#include "assertions.h"
+#include "btWarpUtils.h"
 #include "ixPixelUtil.h"
 #include "ixWriteGuard.h"
+#include "pxConfig.h"
 #include "pxImageMultiTileRequest.h"
 #include "pxImageProtocol.h"
 #include "pxRequest.h"
 #include "pxRequestMgr.h"
 
 #include <cmath>
+#include <cstdint>
 #include <functional>
+#include <limits>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -133,6 +138,61 @@ inline IxTile evaluateFrame(PxStrongHndl<PxImageProtocol const> const& node) {
     PxRequestMgr::getInstance().releaseRequest(request);
     return PxImageMultiTileRequest::assembleTiles(results);
 }
+
+inline constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
+inline constexpr float INF = std::numeric_limits<float>::infinity();
+
+// Another tile grid while it lives.
+struct TileSize {
+    explicit TileSize(int size) { PxConfig::setTileSize(size, size); }
+    ~TileSize() { PxConfig::setTileSize(PxConfig::DEFAULT_TILE_SIZE, PxConfig::DEFAULT_TILE_SIZE); }
+};
+
+// Another resource snapshot for the warps while it lives.
+class Resources {
+public:
+    Resources(int nbProc, std::uint64_t budget) {
+        BtWarpUtils::storeResourceConfig();
+        _nbProc = BtWarpUtils::getNbProc();
+        _budget = BtWarpUtils::getBufferBudget();
+        BtWarpUtils::setResourceConfig(nbProc, budget);
+    }
+    ~Resources() { BtWarpUtils::setResourceConfig(_nbProc, _budget); }
+
+private:
+    int _nbProc = 0;
+    std::uint64_t _budget = 0;
+};
+
+// Enough memory for any number of warps over the test images.
+inline constexpr std::uint64_t PLENTY = std::uint64_t(1) << 40;
+
+// The text of the assertion the call fails, "" when it passes.
+template <class F>
+std::string failedAssertion(F&& call) {
+    try {
+        call();
+    } catch (AssertionsEx::ExAssertionFailed const& error) {
+        return error.getReason();
+    }
+    return "";
+}
+
+inline IxTile makeTile(IxPixelFormat const& format, GeRectangle<int> const& region, PixelFn const& fn) {
+    IxTile tile(format, region);
+    IxWriteGuard const out(tile);
+    for (int y = region.y1; y < region.y2; ++y)
+        for (int x = region.x1; x < region.x2; ++x)
+            IxPixelUtil::setPixelColor(out, x, y, fn(x, y));
+    return tile;
+}
+
+inline IxTile zeroTile(IxPixelFormat const& format, GeRectangle<int> const& region) {
+    return makeTile(format, region, [](int, int) { return Rgba::ZERO; });
+}
+
+inline IxPixelFormat const RGBA32(IxPixelFormat::RGBA, IxPixelFormat::FLOAT32);
+inline IxPixelFormat const ALPHA32(IxPixelFormat::ALPHA, IxPixelFormat::FLOAT32);
 
 inline bool near(Rgba const& a, Rgba const& b, float tolerance = 1e-5f) {
     return std::abs(a.r - b.r) <= tolerance && std::abs(a.g - b.g) <= tolerance &&
