@@ -97,3 +97,17 @@ TEST_F(PMCoefficients, ABrokenInputCountsAsTheStrongestEdge) {
         EXPECT_LT(c.g, 1e-20f);
     }
 }
+
+TEST_F(PMCoefficients, ATimeDerivativeOverPartOfTheImageCountsAsZeroBeyond) {
+    PxStrongHndl<PxNode const> const gradient = constantImage(REGION, {0, 0, 0, 1});
+    PxStrongHndl<PxNode const> const derivative = image(
+        {-3, 0, -1, 2},
+        [](int, int, int) {
+            return Rgba{0.6f, 0.6f, 0.6f, 0.6f};
+        },
+        Rgba::ZERO, IxPixelFormat::ALPHA);
+    IxTile const out = evaluateFrame(BtPMCoefsTool::createPxNode(gradient, derivative));
+    ASSERT_EQ(out.getPixelRegion(), REGION);
+    EXPECT_TRUE(near(pixelAt(out, -1, 0), Rgba{0.223130173f, 0.4f, 0, 1}));
+    EXPECT_TRUE(near(pixelAt(out, 2, 0), Rgba{1, 1, 0, 1}));
+}

@@ -205,3 +205,20 @@ TEST_F(PMFiltering, TileSizesGiveTheSamePixels) {
         EXPECT_TRUE(samePixels(render(16), render(256)));
     }
 }
+
+TEST_F(PMFiltering, CoefficientsOverPartOfTheVectorsHoldTheRestStill) {
+    // Coefficients only over x < 0: beyond, every coefficient reads 0, so
+    // pixels from x = 2 on (two stages away) keep their vectors.
+    GeRectangle<int> const region{-6, 6, -4, 4};
+    PxStrongHndl<PxNode const> const vectors = image(region, [](int x, int y, int) {
+        return Rgba{float(x * x), float(y), 0, 1};
+    });
+    PxStrongHndl<PxNode const> const coefficients = constantImage({-6, 0, -4, 4}, {1, 1, 0, 1});
+    IxTile out;
+    ASSERT_NO_THROW(out = evaluateFrame(BtPMFilterTool::createPxNode(vectors, coefficients, 3)));
+    ASSERT_EQ(out.getPixelRegion(), region);
+    for (int y = region.y1; y < region.y2; ++y)
+        for (int x = 2; x < region.x2; ++x)
+            EXPECT_TRUE(near(pixelAt(out, x, y), Rgba{float(x * x), float(y), 0, 1})) << x << ", " << y;
+    EXPECT_FALSE(near(pixelAt(out, -3, 0), Rgba{9, 0, 0, 1}));
+}

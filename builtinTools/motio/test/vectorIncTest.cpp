@@ -133,3 +133,18 @@ TEST_F(VectorIncrement, TileSizesGiveTheSamePixels) {
         EXPECT_TRUE(samePixels(render(16), render(256)));
     }
 }
+
+TEST_F(VectorIncrement, IncrementsSmallerThanTheVectorsReadTheirFillBeyond) {
+    PxStrongHndl<PxNode const> const increments = image(
+        {-2, 3, -2, 2},
+        [](int x, int y, int) {
+            return Rgba{0.1f * x, -0.2f * y, 0, 1};
+        },
+        INCREMENT_FILL);
+    IxTile const out =
+        evaluateFrame(BtVectorIncTool::createPxNode(constantImage(REGION, {0, 0, 0, 1}), increments));
+    ASSERT_EQ(out.getPixelRegion(), REGION);
+    EXPECT_TRUE(near(pixelAt(out, 1, -1), Rgba{0.1f, 0.2f, 0, 1}));
+    EXPECT_TRUE(near(pixelAt(out, 5, 4), Rgba{0.5f, 0.25f, 0, 1}));
+    EXPECT_TRUE(near(pixelAt(out, -6, -5), Rgba{0.5f, 0.25f, 0, 1}));
+}
