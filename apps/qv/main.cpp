@@ -34,6 +34,7 @@ int main(int argc, char** argv) {
     addEvalCommand(app, action);
     addImageInfoCommand(app, action);
     addSnapshotCommand(app, action);
+    addPixelCommand(app, action);
     addSequenceCommand(app, action);
     addReadCommand(app, action);
     try {

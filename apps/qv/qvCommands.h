@@ -21,6 +21,7 @@ void addInfoCommand(CLI::App& app, QvAction& action);
 void addEvalCommand(CLI::App& app, QvAction& action);
 void addImageInfoCommand(CLI::App& app, QvAction& action);
 void addSnapshotCommand(CLI::App& app, QvAction& action);
+void addPixelCommand(CLI::App& app, QvAction& action);
 void addSequenceCommand(CLI::App& app, QvAction& action);
 void addReadCommand(CLI::App& app, QvAction& action);
 

@@ -12,5 +12,11 @@ namespace Qv::QvComposition {
 // Throws OmEx::ExBadComposition naming the file and the line.
 RCShdPtr<PiGraph> load(std::string const& path);
 void edit(std::string const& path, std::string const& label, std::function<void(PiGraph&)> const& change);
+// Throws PiEx::ExBadValue unless 0 <= proxyScale <= 16: beyond 16 an image
+// is less than a pixel wide at any size a format stores.
+void checkProxyScale(int proxyScale);
+// The image output NODE.OUTPUT of the graph, with something feeding it;
+// throws PiEx::ExUnknownSocket saying what it is instead.
+RCShdPtr<PiOutput> findImageOutput(PiGraph const& graph, std::string const& name);
 
 } // namespace Qv::QvComposition

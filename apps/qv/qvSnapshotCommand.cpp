@@ -4,7 +4,6 @@
 #include "ffImageWriteUtil.h"
 #include "piEx.h"
 #include "piImageSocket.h"
-#include "piSocketUtil.h"
 #include "qvCommands.h"
 #include "qvComposition.h"
 
@@ -15,9 +14,6 @@ namespace Qv {
 
 namespace {
 
-// Beyond this an image is less than a pixel wide at any size a format stores.
-constexpr int MAX_PROXY_SCALE = 16;
-
 struct SnapshotOptions {
     std::string composition;
     std::string output;
@@ -27,19 +23,10 @@ struct SnapshotOptions {
 };
 
 int snapshot(SnapshotOptions const& options, std::ostream&) {
-    if (options.proxyScale < 0 || options.proxyScale > MAX_PROXY_SCALE)
-        throw PiEx::ExBadValue(
-            __FILE__, __LINE__,
-            fmt::format("proxy scale {} is not one of 0 to {}", options.proxyScale, MAX_PROXY_SCALE));
+    QvComposition::checkProxyScale(options.proxyScale);
     // Warnings of the load (a missing tool) reach standard error through the message sink.
     RCShdPtr<PiGraph> graph = QvComposition::load(options.composition);
-    RCShdPtr<PiOutput> output = PiSocketUtil::findOutput(*graph, options.output);
-    if (output->getType() != PiSocketType::IMAGE)
-        throw PiEx::ExUnknownSocket(__FILE__, __LINE__,
-                                    "output " + options.output + " gives values, not images: use qv eval");
-    if (output->getProcNode().isNull())
-        throw PiEx::ExUnknownSocket(__FILE__, __LINE__,
-                                    "output " + options.output + " gives nothing: nothing feeds it");
+    RCShdPtr<PiOutput> output = QvComposition::findImageOutput(*graph, options.output);
     IxTile const frame = PiImageSocket<PiOutput>(output).getValue(options.time, options.proxyScale);
     if (!frame.isValid() || frame.getPixelRegion().isEmpty())
         throw PiEx::ExUnknownSocket(__FILE__, __LINE__,

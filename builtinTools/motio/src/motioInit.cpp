@@ -2,6 +2,14 @@
 // registers the package's tools with the host.
 #include "motioInit.h"
 
+#include "btBwdWarpTool.h"
+#include "btFlowLKTool.h"
+#include "btFwdWarpTool.h"
+#include "btPMCoefsTool.h"
+#include "btPMFilterTool.h"
+#include "btTimeDerivTool.h"
+#include "btUpscaleTool.h"
+#include "btVectorIncTool.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
 
@@ -20,7 +28,17 @@ InInit<QvInit::motio>::InInit() : InPackageInit("motio") {
 }
 
 template <>
-void InInit<QvInit::motio>::initialize() {}
+void InInit<QvInit::motio>::initialize() {
+    // The inner tools of the motion analysis, for developing and checking its chain.
+    BtTimeDerivTool::registerTool();
+    BtFlowLKTool::registerTool();
+    BtFwdWarpTool::registerTool();
+    BtBwdWarpTool::registerTool();
+    BtPMCoefsTool::registerTool();
+    BtPMFilterTool::registerTool();
+    BtUpscaleTool::registerTool();
+    BtVectorIncTool::registerTool();
+}
 
 template <>
 void InInit<QvInit::motio>::finalize() {}
