@@ -2,15 +2,14 @@
 // own position moved by its vector, bilinearly, and the image's fill colour
 // beyond its pixels.
 #include "btBwdWarpTool.h"
-#include "pxEmptyImageNode.h"
+#include "motioTestSupport.h"
 #include "pxEx.h"
-#include "warpTestImage.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
 
 using namespace Qv;
-using namespace Qv::WarpTest;
+using namespace Qv::MotioTest;
 
 namespace {
 
@@ -23,8 +22,6 @@ Rgba value(int x, int y) {
 Rgba mean(Rgba const& a, Rgba const& b) {
     return {(a.r + b.r) / 2, (a.g + b.g) / 2, (a.b + b.b) / 2, (a.a + b.a) / 2};
 }
-
-using VectorFn = std::function<std::pair<float, float>(int x, int y)>;
 
 VectorFn constant(float vx, float vy) {
     return [=](int, int) { return std::pair{vx, vy}; };
@@ -81,20 +78,14 @@ TEST(BwdWarpPxNode, WarpsSmallImagesAsWorkedOut) {
          constant(0, 0),
          [](int x, int y) { return FRAME.contains(x, y) ? value(x, y) : FILL; }},
     };
-    auto const image = makeImage(FRAME, value, IxPixelFormat::RGBA, FILL);
+    auto const image = functionImage(FRAME, value, {.fill = FILL});
     for (int tileSize : {2, 256}) {
         TileSize const size(tileSize);
         for (Case const& c : cases) {
             SCOPED_TRACE(std::string(c.what) + ", tiles of " + std::to_string(tileSize));
-            auto const warp = BtBwdWarpTool::createPxNode(image, makeVectors(c.vectorRgn, c.vectors));
+            auto const warp = BtBwdWarpTool::createPxNode(image, vectorImage(c.vectorRgn, c.vectors));
             IxTile const out = evaluateFrame(warp);
-            IxTile expected(IxPixelFormat(IxPixelFormat::RGBA, IxPixelFormat::FLOAT32), c.vectorRgn);
-            {
-                IxWriteGuard const guard(expected);
-                for (int y = c.vectorRgn.y1; y < c.vectorRgn.y2; ++y)
-                    for (int x = c.vectorRgn.x1; x < c.vectorRgn.x2; ++x)
-                        IxPixelUtil::setPixelColor(guard, x, y, c.expected(x, y));
-            }
+            IxTile const expected = makeTile(RGBA32, c.vectorRgn, c.expected);
             EXPECT_EQ(firstDifference(out, expected, 1e-6f), "");
             EXPECT_TRUE(evaluateTileAt(warp, c.vectorRgn.x1, c.vectorRgn.y1).getVI().isNonEmpty());
         }
@@ -102,15 +93,14 @@ TEST(BwdWarpPxNode, WarpsSmallImagesAsWorkedOut) {
 }
 
 TEST(BwdWarpPxNode, KeepsTheImagesFormat) {
-    auto const image = makeImage(
-        FRAME,
-        [](int x, int y) {
-            return Rgba{0, 0, 0, float(x + 10 * y)};
-        },
-        IxPixelFormat::ALPHA);
-    auto const warp = BtBwdWarpTool::createPxNode(image, makeVectors(FRAME, constant(0, 1)));
+    auto const image = functionImage(FRAME,
+                                     [](int x, int y) {
+                                         return Rgba{0, 0, 0, float(x + 10 * y)};
+                                     },
+                                     {.comps = IxPixelFormat::ALPHA});
+    auto const warp = BtBwdWarpTool::createPxNode(image, vectorImage(FRAME, constant(0, 1)));
     IxTile const out = evaluateFrame(warp);
-    ASSERT_EQ(out.getPixelFormat(), IxPixelFormat(IxPixelFormat::ALPHA, IxPixelFormat::FLOAT32));
+    ASSERT_EQ(out.getPixelFormat(), ALPHA32);
     IxReadGuard const guard(out);
     for (int x = 0; x < 4; ++x) {
         EXPECT_EQ(IxPixelUtil::getPixelColor(guard, x, 0).a, float(x + 10));
@@ -121,9 +111,9 @@ TEST(BwdWarpPxNode, KeepsTheImagesFormat) {
 // Either input missing, or an image without pixels: the image's own tile.
 TEST(BwdWarpPxNode, WithoutBothInputsGivesTheImage) {
     TileSize const size(2);
-    auto const image = makeImage(FRAME, value, IxPixelFormat::RGB);
-    auto const vectors = makeVectors(FRAME, constant(1, 1));
-    auto const empty = makeNode<PxEmptyImageNode>();
+    auto const image = functionImage(FRAME, value, {.comps = IxPixelFormat::RGB});
+    auto const vectors = vectorImage(FRAME, constant(1, 1));
+    auto const empty = nothing();
     auto const noVectors = BtBwdWarpTool::createPxNode(image, empty);
     EXPECT_EQ(firstDifference(evaluateFrame(noVectors), evaluateFrame(image), 0.0f), "");
     EXPECT_EQ(firstDifference(evaluateTileAt(noVectors, 2, 2).getTile(),
@@ -133,7 +123,7 @@ TEST(BwdWarpPxNode, WithoutBothInputsGivesTheImage) {
     auto const noImage = BtBwdWarpTool::createPxNode(empty, vectors);
     EXPECT_TRUE(evaluateTileAt(noImage, 0, 0).getPixelRegion().isEmpty());
 
-    auto const noPixels = BtBwdWarpTool::createPxNode(makeImage({3, 3, 1, 1}, value), vectors);
+    auto const noPixels = BtBwdWarpTool::createPxNode(functionImage({3, 3, 1, 1}, value), vectors);
     EXPECT_TRUE(evaluateTileAt(noPixels, 0, 0).getPixelRegion().isEmpty());
 }
 
@@ -141,10 +131,10 @@ TEST(BwdWarpPxNode, WithoutBothInputsGivesTheImage) {
 // give the same image.
 TEST(BwdWarpPxNode, SameImageWhateverTheTileSize) {
     GeRectangle<int> const frame{-17, 20, -9, 14};
-    auto const image = makeImage(frame, [](int x, int y) {
+    auto const image = functionImage(frame, [](int x, int y) {
         return Rgba{std::sin(x * 0.3f) + 2.0f, std::cos(y * 0.2f) + 2.0f, 0.01f * float(x * y), 1.0f};
     });
-    auto const vectors = makeVectors(frame, [](int x, int y) {
+    auto const vectors = vectorImage(frame, [](int x, int y) {
         return std::pair{3.0f * std::sin(float(x + y) / 5.0f), 2.5f * std::cos(float(x - y) / 4.0f)};
     });
     auto const warp = BtBwdWarpTool::createPxNode(image, vectors);
@@ -163,7 +153,7 @@ TEST(BwdWarpPxNode, SameImageWhateverTheTileSize) {
 
 TEST(BwdWarpPxNode, ACancelledRequestLeavesByItsException) {
     auto const warp =
-        BtBwdWarpTool::createPxNode(makeImage(FRAME, value), makeVectors(FRAME, constant(1, 0)));
+        BtBwdWarpTool::createPxNode(functionImage(FRAME, value), vectorImage(FRAME, constant(1, 0)));
     EXPECT_THROW(evaluateTile(warp, PxImageContext(0.0, {0, 0}), true), PxEx::ExRequestCancelled);
     EXPECT_EQ(evaluateTileAt(warp, 0, 0).getPixelRegion(), FRAME);
 }

@@ -1,15 +1,13 @@
 // The Lucas-Kanade kernel on small tiles: the two solves, the clamp, the
 // band its windows cannot cover, regions too small for a window, and tiles
 // cut in different places.
-#include "assertions.h"
 #include "btFlowLKProc.h"
-#include "lkTestSupport.h"
+#include "motioTestSupport.h"
 
 #include <gtest/gtest.h>
-#include <limits>
 
 using namespace Qv;
-using namespace Qv::LkTest;
+using namespace Qv::MotioTest;
 
 namespace {
 
@@ -31,20 +29,16 @@ DerivativeFn movedBy(GradientFn const& g, float u, float v) {
 // so that alpha shows).
 IxTile runKernel(GradientFn const& gradient, DerivativeFn const& derivative, GeRectangle<int> const& srcRgn,
                  GeRectangle<int> const& dstRgn) {
-    IxTile g(IxPixelFormat(IxPixelFormat::RGB, IxPixelFormat::FLOAT32), srcRgn);
-    IxTile t(IxPixelFormat(IxPixelFormat::ALPHA, IxPixelFormat::FLOAT32), srcRgn);
-    {
-        IxWriteGuard const gw(g);
-        IxWriteGuard const tw(t);
-        for (int y = srcRgn.y1; y < srcRgn.y2; ++y)
-            for (int x = srcRgn.x1; x < srcRgn.x2; ++x) {
-                Gradient const d = gradient(x, y);
-                IxPixelUtil::setPixelColor(gw, x, y, {d.gx, d.gy, 0.0f, 1.0f});
-                float const dt = derivative(x, y);
-                IxPixelUtil::setPixelColor(tw, x, y, {dt, dt, dt, dt});
-            }
-    }
-    IxTile out(IxPixelFormat(IxPixelFormat::RGBA, IxPixelFormat::FLOAT32), dstRgn);
+    IxTile const g =
+        makeTile(IxPixelFormat(IxPixelFormat::RGB, IxPixelFormat::FLOAT32), srcRgn, [&](int x, int y) {
+            Gradient const d = gradient(x, y);
+            return Rgba{d.gx, d.gy, 0.0f, 1.0f};
+        });
+    IxTile const t = makeTile(ALPHA32, srcRgn, [&](int x, int y) {
+        float const dt = derivative(x, y);
+        return Rgba{dt, dt, dt, dt};
+    });
+    IxTile out(RGBA32, dstRgn);
     BtFlowLKProc::process(out, {IxReadGuard(g)}, {IxReadGuard(t)}, srcRgn);
     return out;
 }
@@ -180,20 +174,15 @@ TEST(FlowLKProc, RefusesAnOutputOutsideItsSourceOrShortOfTheComputedPixels) {
     };
     for (Case const& c : cases) {
         SCOPED_TRACE(c.text);
-        try {
-            runKernel(varied, movedBy(varied, 0.1f, 0.1f), c.srcRgn, c.dstRgn);
-            ADD_FAILURE() << "no assertion";
-        } catch (AssertionsEx::ExAssertionFailed const& failure) {
-            EXPECT_EQ(failure.getReason(), c.text);
-        }
+        EXPECT_EQ(
+            failedAssertion([&] { runKernel(varied, movedBy(varied, 0.1f, 0.1f), c.srcRgn, c.dstRgn); }),
+            c.text);
     }
 }
 
 // NaN and infinite inputs leave every pixel finite and within one pixel, or
 // NaN at worst where the window holds one: never outside the tile.
 TEST(FlowLKProc, BadNumbersStayInsideTheTile) {
-    float const nan = std::numeric_limits<float>::quiet_NaN();
-    float const inf = std::numeric_limits<float>::infinity();
     struct Case {
         char const* what;
         GradientFn gradient;
@@ -202,11 +191,11 @@ TEST(FlowLKProc, BadNumbersStayInsideTheTile) {
     Case const cases[] = {
         {"nan gradient",
          [=](int x, int y) {
-             return x == 3 && y == 3 ? Gradient{nan, nan} : varied(x, y);
+             return x == 3 && y == 3 ? Gradient{NaN, NaN} : varied(x, y);
          },
          movedBy(varied, 0.2f, 0.2f)},
-        {"infinite derivative", varied, [=](int x, int) { return x == 4 ? inf : 0.1f; }},
-        {"nan derivative", varied, [=](int, int) { return nan; }},
+        {"infinite derivative", varied, [](int x, int) { return x == 4 ? INF : 0.1f; }},
+        {"nan derivative", varied, [](int, int) { return NaN; }},
     };
     for (Case const& c : cases) {
         SCOPED_TRACE(c.what);

@@ -5,8 +5,7 @@
 #include "btPxGradientNode.h"
 #include "btSingleChannelMonoPxNode.h"
 #include "btTimeDerivTool.h"
-#include "inInitMgr.h"
-#include "lkTestSupport.h"
+#include "motioTestSupport.h"
 #include "piGraph.h"
 #include "piImageInputPolicy.h"
 #include "piImageModifier.h"
@@ -17,14 +16,14 @@
 #include <gtest/gtest.h>
 
 using namespace Qv;
-using namespace Qv::LkTest;
+using namespace Qv::MotioTest;
 
 namespace {
 
-class FlowLK : public ::testing::Test {
+class FlowLK : public MotioTestBase {
 protected:
     static void SetUpTestSuite() {
-        InInitMgr::getInstance().initializeAll();
+        MotioTestBase::SetUpTestSuite();
         BtFlowLKTool::registerTool();
     }
 
@@ -33,12 +32,15 @@ protected:
 
 // The flow of a luminance pattern moving by (0.3, -0.2) pixels a frame.
 PxStrongHndl<PxImageProtocol> movingPatternFlow(GeRectangle<int> const& region) {
-    auto const source = functionImage(region, [](int x, int y, double frame) {
-        float const sx = float(x) - 0.3f * float(frame);
-        float const sy = float(y) + 0.2f * float(frame);
-        float const v = std::sin(0.3f * sx) + std::cos(0.25f * sy) + 0.02f * sx * sy;
-        return Rgba{v, v, v, 1.0f};
-    });
+    auto const source = functionImage(region,
+                                      [](int x, int y, double frame, int) {
+                                          float const sx = float(x) - 0.3f * float(frame);
+                                          float const sy = float(y) + 0.2f * float(frame);
+                                          float const v =
+                                              std::sin(0.3f * sx) + std::cos(0.25f * sy) + 0.02f * sx * sy;
+                                          return Rgba{v, v, v, 1.0f};
+                                      },
+                                      {.perFrame = true});
     auto const mono = SingleChannelMonoPxNode::createPxNode(source);
     return BtFlowLKTool::createPxNode(
         PxGradientNode::createPxNode(mono),
@@ -131,7 +133,7 @@ TEST_F(FlowLK, FindsTheMotionWhateverTheTileSize) {
     int const sizes[2] = {16, 256};
     for (int i = 0; i < 2; ++i) {
         TileSize grid(sizes[i]);
-        images[i] = evaluateFrame(movingPatternFlow(region), 2.0 / RATE);
+        images[i] = evaluateFrame(movingPatternFlow(region), {.time = 2.0 / RATE});
     }
     ASSERT_EQ(images[0].getPixelRegion(), region);
     ASSERT_EQ(images[1].getPixelRegion(), region);

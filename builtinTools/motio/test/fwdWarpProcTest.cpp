@@ -4,13 +4,13 @@
 #include "btFwdWarpProc.h"
 #include "btWarpPxRequest.h"
 #include "btWarpUtils.h"
-#include "warpTestImage.h"
+#include "motioTestSupport.h"
 
 #include <gtest/gtest.h>
 #include <map>
 
 using namespace Qv;
-using namespace Qv::WarpTest;
+using namespace Qv::MotioTest;
 
 TEST(BtFwdWarpProc, RefusesAccumulatorsOfAnotherFormat) {
     GeRectangle<int> const region{0, 4, 0, 4};

@@ -3,15 +3,14 @@
 // size, any number of warps and any tile size.
 #include "btFwdWarpTool.h"
 #include "btWarpUtils.h"
-#include "pxEmptyImageNode.h"
+#include "motioTestSupport.h"
 #include "pxEx.h"
-#include "warpTestImage.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
 
 using namespace Qv;
-using namespace Qv::WarpTest;
+using namespace Qv::MotioTest;
 
 namespace {
 
@@ -25,8 +24,6 @@ Rgba value(int x, int y) {
 Rgba mean(Rgba const& a, Rgba const& b) {
     return {(a.r + b.r) / 2, (a.g + b.g) / 2, (a.b + b.b) / 2, (a.a + b.a) / 2};
 }
-
-using VectorFn = std::function<std::pair<float, float>(int x, int y)>;
 
 // A vector at one pixel, none elsewhere.
 VectorFn at(int px, int py, float vx, float vy) {
@@ -106,7 +103,7 @@ std::vector<WarpCase> const& warpCases() {
 // Each case with one and with two warps, on one tile and on tiles of two
 // pixels; every tile of the frame gives the whole frame.
 TEST(FwdWarpPxNode, WarpsSmallImagesAsWorkedOut) {
-    auto const image = makeImage(FRAME, value);
+    auto const image = functionImage(FRAME, value);
     for (int tileSize : {2, 256})
         for (int nbWarps : {1, 2}) {
             TileSize const size(tileSize);
@@ -114,7 +111,7 @@ TEST(FwdWarpPxNode, WarpsSmallImagesAsWorkedOut) {
             for (WarpCase const& c : warpCases()) {
                 SCOPED_TRACE(std::string(c.what) + ", tiles of " + std::to_string(tileSize) + ", " +
                              std::to_string(nbWarps) + " warps");
-                auto const warp = BtFwdWarpTool::createPxNode(image, makeVectors(c.vectorRgn, c.vectors));
+                auto const warp = BtFwdWarpTool::createPxNode(image, vectorImage(c.vectorRgn, c.vectors));
                 for (GePoint2<int> const& pixel : {GePoint2<int>{0, 0}, GePoint2<int>{3, 2}}) {
                     PxImageResult const result = evaluateTileAt(warp, pixel.x, pixel.y);
                     EXPECT_TRUE(result.getVI().isNonEmpty());
@@ -127,13 +124,12 @@ TEST(FwdWarpPxNode, WarpsSmallImagesAsWorkedOut) {
 }
 
 TEST(FwdWarpPxNode, AlphaImagesStayAlpha) {
-    auto const image = makeImage(
-        FRAME,
-        [](int x, int y) {
-            return Rgba{0, 0, 0, float(x + 10 * y)};
-        },
-        IxPixelFormat::ALPHA);
-    auto const warp = BtFwdWarpTool::createPxNode(image, makeVectors(FRAME, [](int, int) {
+    auto const image = functionImage(FRAME,
+                                     [](int x, int y) {
+                                         return Rgba{0, 0, 0, float(x + 10 * y)};
+                                     },
+                                     {.comps = IxPixelFormat::ALPHA});
+    auto const warp = BtFwdWarpTool::createPxNode(image, vectorImage(FRAME, [](int, int) {
                                                       return std::pair{0.5f, 0.0f};
                                                   }));
     PxImageResult const result = evaluateTileAt(warp, 0, 0);
@@ -159,12 +155,12 @@ TEST(FwdWarpPxNode, FormatIsFloatAlphaOrRgba) {
          IxPixelFormat(IxPixelFormat::RGB, IxPixelFormat::FLOAT16)},
     };
     for (Case const& c : cases) {
-        auto const image = makeNode<FunctionImageNode>(FRAME, value, c.comps, Rgba::ZERO, c.depth);
-        auto const vectors = c.vectors ? makeVectors(FRAME,
+        auto const image = functionImage(FRAME, value, {.comps = c.comps, .depth = c.depth});
+        auto const vectors = c.vectors ? vectorImage(FRAME,
                                                      [](int, int) {
                                                          return std::pair{0.0f, 0.0f};
                                                      })
-                                       : makeNode<PxEmptyImageNode>();
+                                       : nothing();
         auto const warp = BtFwdWarpTool::createPxNode(image, vectors);
         EXPECT_EQ(warp->getImageFormat().getValue().getPixelFormat(), c.expected) << c.expected.dump();
         EXPECT_TRUE(warp->producesFullFrames());
@@ -173,9 +169,10 @@ TEST(FwdWarpPxNode, FormatIsFloatAlphaOrRgba) {
 
 TEST(FwdWarpPxNode, TilesOutsideTheImageAreEmpty) {
     TileSize const size(2);
-    auto const warp = BtFwdWarpTool::createPxNode(makeImage(FRAME, value), makeVectors(FRAME, [](int, int) {
-                                                      return std::pair{0.0f, 0.0f};
-                                                  }));
+    auto const warp =
+        BtFwdWarpTool::createPxNode(functionImage(FRAME, value), vectorImage(FRAME, [](int, int) {
+                                        return std::pair{0.0f, 0.0f};
+                                    }));
     EXPECT_TRUE(evaluateTileAt(warp, 4, 0).getPixelRegion().isEmpty());
     EXPECT_TRUE(evaluateTileAt(warp, -1, 1).getPixelRegion().isEmpty());
 }
@@ -183,16 +180,15 @@ TEST(FwdWarpPxNode, TilesOutsideTheImageAreEmpty) {
 // Without vectors the image comes through whole, in its own format.
 TEST(FwdWarpPxNode, MissingVectorsPassTheImage) {
     TileSize const size(2);
-    auto const image = makeImage(FRAME, value, IxPixelFormat::RGB);
-    auto const warp = BtFwdWarpTool::createPxNode(image, makeNode<PxEmptyImageNode>());
+    auto const image = functionImage(FRAME, value, {.comps = IxPixelFormat::RGB});
+    auto const warp = BtFwdWarpTool::createPxNode(image, nothing());
     PxImageResult const result = evaluateTileAt(warp, 3, 2);
     EXPECT_EQ(result.getPixelFormat(), IxPixelFormat(IxPixelFormat::RGB, IxPixelFormat::FLOAT32));
     EXPECT_EQ(firstDifference(result.getTile(), evaluateFrame(image), 0.0f), "");
     EXPECT_TRUE(result.getVI().isNonEmpty());
 
-    auto const nothing =
-        BtFwdWarpTool::createPxNode(makeNode<PxEmptyImageNode>(), makeNode<PxEmptyImageNode>());
-    EXPECT_TRUE(evaluateTileAt(nothing, 0, 0).getPixelRegion().isEmpty());
+    auto const neither = BtFwdWarpTool::createPxNode(nothing(), nothing());
+    EXPECT_TRUE(evaluateTileAt(neither, 0, 0).getPixelRegion().isEmpty());
 }
 
 // Bad vectors everywhere: all of them land in the band, the image is one
@@ -202,8 +198,8 @@ TEST(FwdWarpPxNode, BadVectorsEverywhereLeaveAHole) {
                                            {0.0f, NaN}, {-3e38f, 2.0f}, {NaN, INF}};
     GeRectangle<int> const frame{-5, 4, -3, 4};
     auto const warp = BtFwdWarpTool::createPxNode(
-        makeImage(frame, value),
-        makeVectors(frame, [&](int x, int y) { return bad[(x + 5 + 3 * (y + 3)) % 7]; }));
+        functionImage(frame, value),
+        vectorImage(frame, [&](int x, int y) { return bad[(x + 5 + 3 * (y + 3)) % 7]; }));
     TileSize const size(4);
     PxImageResult const result = evaluateTileAt(warp, 0, 0);
     IxTile const holes = makeTile(RGBA32, frame, [](int, int) { return HOLE; });
@@ -224,7 +220,7 @@ std::pair<float, float> smoothField(int x, int y) {
 
 IxTile warpLarge() {
     auto const warp =
-        BtFwdWarpTool::createPxNode(makeImage(LARGE, largeValue), makeVectors(LARGE, smoothField));
+        BtFwdWarpTool::createPxNode(functionImage(LARGE, largeValue), vectorImage(LARGE, smoothField));
     return evaluateTileAt(warp, 0, 0).getTile();
 }
 
@@ -268,7 +264,7 @@ TEST(FwdWarpPxNode, BudgetBelowOneFrameStillWarps) {
 TEST(FwdWarpPxNode, ACancelledRequestLeavesByItsException) {
     Resources const resources(2, PLENTY);
     auto const warp =
-        BtFwdWarpTool::createPxNode(makeImage(LARGE, largeValue), makeVectors(LARGE, smoothField));
+        BtFwdWarpTool::createPxNode(functionImage(LARGE, largeValue), vectorImage(LARGE, smoothField));
     EXPECT_THROW(evaluateTile(warp, PxImageContext(0.0, {0, 0}), true), PxEx::ExRequestCancelled);
     EXPECT_EQ(evaluateTileAt(warp, 0, 0).getPixelRegion(), LARGE);
 }

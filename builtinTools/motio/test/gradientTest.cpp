@@ -1,20 +1,16 @@
 // The gradient node: derivatives per pixel by central differences, edge
 // pixels repeated at the image's border, the same whatever the tile grid.
 #include "btPxGradientNode.h"
-#include "inInitMgr.h"
-#include "lkTestSupport.h"
+#include "motioTestSupport.h"
 
 #include <gtest/gtest.h>
 
 using namespace Qv;
-using namespace Qv::LkTest;
+using namespace Qv::MotioTest;
 
 namespace {
 
-class GradientNode : public ::testing::Test {
-protected:
-    static void SetUpTestSuite() { InInitMgr::getInstance().initializeAll(); }
-};
+class GradientNode : public MotioTestBase {};
 
 } // namespace
 
@@ -22,14 +18,14 @@ protected:
 // one side of the difference repeats the edge pixel, which halves it.
 TEST_F(GradientNode, AllTheRampsDerivativesWhateverTheTiles) {
     GeRectangle<int> const region{-3, 5, -2, 4};
-    auto const ramp = functionImage(region, [](int x, int y, double) {
+    auto const ramp = functionImage(region, [](int x, int y) {
         return Rgba{3.0f * float(x) + 0.5f * float(y), 7.0f, -1.0f, 0.25f};
     });
     for (int tileSize : {2, 3, 16, 256}) {
         SCOPED_TRACE(tileSize);
         TileSize grid(tileSize);
         auto const gradient = PxGradientNode::createPxNode(ramp);
-        IxTile const image = evaluateFrame(gradient, 0.0);
+        IxTile const image = evaluateFrame(gradient);
         EXPECT_EQ(image.getPixelRegion(), region);
         EXPECT_EQ(image.getPixelFormat().getComps(), IxPixelFormat::RGB);
         EXPECT_EQ(image.getPixelFormat().getDepth(), IxPixelFormat::FLOAT16);
@@ -49,10 +45,10 @@ TEST_F(GradientNode, AllTheRampsDerivativesWhateverTheTiles) {
 // A curved image: the difference across two pixels, halved, per pixel.
 TEST_F(GradientNode, IsTheCentralDifference) {
     GeRectangle<int> const region{0, 6, 0, 5};
-    auto const bowl = functionImage(region, [](int x, int y, double) {
+    auto const bowl = functionImage(region, [](int x, int y) {
         return Rgba{float(x * x) - float(y * y * y) / 8.0f, 0.0f, 0.0f, 1.0f};
     });
-    IxTile const image = evaluateFrame(PxGradientNode::createPxNode(bowl), 0.0);
+    IxTile const image = evaluateFrame(PxGradientNode::createPxNode(bowl));
     struct Case {
         int x, y;
         float gx, gy;

@@ -5,7 +5,7 @@
 #include "btPMFilterTool.h"
 #include "btUpscaleTool.h"
 #include "btVectorIncTool.h"
-#include "kernelTestSupport.h"
+#include "motioTestSupport.h"
 #include "piGraph.h"
 #include "piImageInputPolicy.h"
 #include "piImageModifier.h"
@@ -16,14 +16,14 @@
 #include "piUserInterface.h"
 
 using namespace Qv;
-using namespace Qv::KernelTest;
+using namespace Qv::MotioTest;
 
 namespace {
 
-class MotioKernelTools : public KernelTestBase {
+class MotioKernelTools : public MotioTestBase {
 protected:
     static void SetUpTestSuite() {
-        KernelTestBase::SetUpTestSuite();
+        MotioTestBase::SetUpTestSuite();
         // Registering again replaces: harmless once the package does it too.
         BtPMCoefsTool::registerTool();
         BtPMFilterTool::registerTool();

@@ -2,17 +2,16 @@
 // squared gradient and time derivative, on small images.
 #include "btPMCoefsProc.h"
 #include "btPMCoefsTool.h"
-#include "kernelTestSupport.h"
+#include "motioTestSupport.h"
 
 #include <cmath>
-#include <limits>
 
 using namespace Qv;
-using namespace Qv::KernelTest;
+using namespace Qv::MotioTest;
 
 namespace {
 
-class PMCoefficients : public KernelTestBase {};
+class PMCoefficients : public MotioTestBase {};
 
 struct CoefCase {
     float gx, gy, it;
@@ -48,18 +47,17 @@ TEST_F(PMCoefficients, TheScaleIsGivenByItsBits) {
 }
 
 TEST_F(PMCoefficients, AreTheExponentialAndTheRationalOfTheScaledSquares) {
-    PxStrongHndl<PxNode const> const gradient = image(REGION, [](int x, int y, int) {
+    PxStrongHndl<PxNode const> const gradient = functionImage(REGION, [](int x, int y) {
         CoefCase const& c = CASES[caseAt(x, y)];
         return Rgba{c.gx, c.gy, 7.0f, 0.5f}; // blue and alpha take no part
     });
     // One component: what an ALPHA tile holds.
-    PxStrongHndl<PxNode const> const derivative = image(
-        REGION,
-        [](int x, int y, int) {
-            float const it = CASES[caseAt(x, y)].it;
-            return Rgba{it, it, it, it};
-        },
-        Rgba::ZERO, IxPixelFormat::ALPHA);
+    PxStrongHndl<PxNode const> const derivative = functionImage(REGION,
+                                                                [](int x, int y) {
+                                                                    float const it = CASES[caseAt(x, y)].it;
+                                                                    return Rgba{it, it, it, it};
+                                                                },
+                                                                {.comps = IxPixelFormat::ALPHA});
     PxStrongHndl<PxImageProtocol> const node = BtPMCoefsTool::createPxNode(gradient, derivative);
 
     IxPixelFormat const format = node->getImageFormat().getValue().getPixelFormat();
@@ -84,9 +82,7 @@ TEST_F(PMCoefficients, WithoutATimeDerivativeOnlyTheGradientCounts) {
 }
 
 TEST_F(PMCoefficients, ABrokenInputCountsAsTheStrongestEdge) {
-    float const nan = std::numeric_limits<float>::quiet_NaN();
-    float const inf = std::numeric_limits<float>::infinity();
-    Rgba const broken[] = {{nan, 0, 0, 1}, {inf, 0, 0, 1}, {0, -inf, 0, 1}, {3e19f, 0, 0, 1}};
+    Rgba const broken[] = {{NaN, 0, 0, 1}, {INF, 0, 0, 1}, {0, -INF, 0, 1}, {3e19f, 0, 0, 1}};
     for (Rgba const& g : broken) {
         SCOPED_TRACE(testing::Message() << g);
         IxTile const out = evaluateFrame(BtPMCoefsTool::createPxNode(constantImage(REGION, g), nothing()));
@@ -100,12 +96,11 @@ TEST_F(PMCoefficients, ABrokenInputCountsAsTheStrongestEdge) {
 
 TEST_F(PMCoefficients, ATimeDerivativeOverPartOfTheImageCountsAsZeroBeyond) {
     PxStrongHndl<PxNode const> const gradient = constantImage(REGION, {0, 0, 0, 1});
-    PxStrongHndl<PxNode const> const derivative = image(
-        {-3, 0, -1, 2},
-        [](int, int, int) {
-            return Rgba{0.6f, 0.6f, 0.6f, 0.6f};
-        },
-        Rgba::ZERO, IxPixelFormat::ALPHA);
+    PxStrongHndl<PxNode const> const derivative = functionImage({-3, 0, -1, 2},
+                                                                [](int, int) {
+                                                                    return Rgba{0.6f, 0.6f, 0.6f, 0.6f};
+                                                                },
+                                                                {.comps = IxPixelFormat::ALPHA});
     IxTile const out = evaluateFrame(BtPMCoefsTool::createPxNode(gradient, derivative));
     ASSERT_EQ(out.getPixelRegion(), REGION);
     EXPECT_TRUE(near(pixelAt(out, -1, 0), Rgba{0.223130173f, 0.4f, 0, 1}));

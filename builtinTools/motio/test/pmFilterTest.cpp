@@ -4,38 +4,27 @@
 #include "btPMCoefsTool.h"
 #include "btPMFilterProc.h"
 #include "btPMFilterTool.h"
-#include "kernelTestSupport.h"
+#include "motioTestSupport.h"
 
 #include <cmath>
 #include <vector>
 
 using namespace Qv;
-using namespace Qv::KernelTest;
+using namespace Qv::MotioTest;
 
 namespace {
 
-class PMFiltering : public KernelTestBase {};
-
-using Field = std::function<Rgba(int x, int y)>;
-
-IxTile tileOf(GeRectangle<int> const& region, Field const& field) {
-    IxTile const tile(IxPixelFormat(IxPixelFormat::RGBA, IxPixelFormat::FLOAT32), region);
-    IxWriteGuard const out(tile);
-    for (int y = region.y1; y < region.y2; ++y)
-        for (int x = region.x1; x < region.x2; ++x)
-            IxPixelUtil::setPixelColor(out, x, y, field(x, y));
-    return tile;
-}
+class PMFiltering : public MotioTestBase {};
 
 // One stage over the whole of `region`, with coefficient component `comp`.
-IxTile oneStage(GeRectangle<int> const& region, Field const& field, Field const& coefficients, int comp) {
-    IxTile const vectors = tileOf(region, field);
-    IxTile const coefs = tileOf(region, coefficients);
+IxTile oneStage(GeRectangle<int> const& region, PixelFn const& field, PixelFn const& coefficients, int comp) {
+    IxTile const vectors = makeTile(RGBA32, region, field);
+    IxTile const coefs = makeTile(RGBA32, region, coefficients);
     IpScanlinePipePtr const g(
         new IpPMExtractGNode(IpScanlinePipePtr(new IpSourceNode({IxReadGuard(coefs)})), comp));
     IpScanlinePipePtr const stage(
         new IpPMFilterNode(IpScanlinePipePtr(new IpSourceNode({IxReadGuard(vectors)})), g));
-    IxTile const out(IxPixelFormat(IxPixelFormat::RGBA, IxPixelFormat::FLOAT32), region);
+    IxTile const out(RGBA32, region);
     IpDestNode(stage).process(IxWriteGuard(out));
     return out;
 }
@@ -51,8 +40,8 @@ struct Expected {
 
 struct StageCase {
     char const* what;
-    Field field;
-    Field coefficients;
+    PixelFn field;
+    PixelFn coefficients;
     int comp;
     std::vector<Expected> expected;
 };
@@ -61,7 +50,7 @@ struct StageCase {
 
 TEST_F(PMFiltering, OneStageOnHandComputedStencils) {
     GeRectangle<int> const region{0, 5, 0, 5};
-    Field const ones = [](int, int) { return Rgba{1, 1, 0, 1}; };
+    PixelFn const ones = [](int, int) { return Rgba{1, 1, 0, 1}; };
     StageCase const cases[] = {
         {"every coefficient 1: the mean of the five-point stencil",
          [](int x, int y) {
@@ -102,7 +91,7 @@ TEST_F(PMFiltering, OneStageOnHandComputedStencils) {
 
 TEST_F(PMFiltering, AnIterationAtFullSizeIsTwoStagesOfMeansWhereTheImageIsFlat) {
     GeRectangle<int> const region{-4, 5, -4, 5};
-    PxStrongHndl<PxNode const> const vectors = image(region, [](int x, int y, int) {
+    PxStrongHndl<PxNode const> const vectors = functionImage(region, [](int x, int y) {
         return x == 0 && y == 0 ? Rgba{1, -2, 0, 1} : Rgba{0, 0, 0, 1};
     });
     PxStrongHndl<PxNode const> const coefficients = constantImage(region, {1, 1, 0, 1});
@@ -128,15 +117,16 @@ TEST_F(PMFiltering, AnIterationAtFullSizeIsTwoStagesOfMeansWhereTheImageIsFlat) 
 
 TEST_F(PMFiltering, AStronglyTexturedImageLeavesTheVectors) {
     GeRectangle<int> const region{-6, 7, -5, 6};
-    Field const field = [](int x, int y) { return Rgba{0.1f * x, std::sin(0.7f * y), 0, 1}; };
-    PxStrongHndl<PxNode const> const vectors = image(region, [&](int x, int y, int) { return field(x, y); });
+    PixelFn const field = [](int x, int y) { return Rgba{0.1f * x, std::sin(0.7f * y), 0, 1}; };
+    PxStrongHndl<PxNode const> const vectors = functionImage(region, field);
     PxStrongHndl<PxNode const> const gradient = constantImage(region, {100, 0, 0, 1});
     PxStrongHndl<PxImageProtocol> const coefficients =
         BtPMCoefsTool::createPxNode(gradient, constantImage(region, {0, 0, 0, 1}));
     for (int proxy : {0, 1}) {
         SCOPED_TRACE(testing::Message() << "proxy " << proxy);
-        IxTile const out = evaluateFrame(BtPMFilterTool::createPxNode(vectors, coefficients, 3), proxy);
-        IxTile const in = evaluateFrame(PxStrongHndl<PxImageProtocol const>(vectors), proxy);
+        IxTile const out =
+            evaluateFrame(BtPMFilterTool::createPxNode(vectors, coefficients, 3), {.proxy = proxy});
+        IxTile const in = evaluateFrame(PxStrongHndl<PxImageProtocol const>(vectors), {.proxy = proxy});
         ASSERT_EQ(out.getPixelRegion(), in.getPixelRegion());
         GeRectangle<int> const& r = out.getPixelRegion();
         for (int y = r.y1; y < r.y2; ++y)
@@ -157,52 +147,52 @@ TEST_F(PMFiltering, IterationsGrowWithTheProxyLevelUpToTheInput) {
 
 TEST_F(PMFiltering, FiveIterationsAtProxyOneRunTwo) {
     GeRectangle<int> const region{-12, 12, -10, 10};
-    PxStrongHndl<PxNode const> const vectors = image(region, [](int x, int y, int) {
+    PxStrongHndl<PxNode const> const vectors = functionImage(region, [](int x, int y) {
         return Rgba{x == 0 && y == 0 ? 1.0f : 0.0f, 0.05f * x * y, 0, 1};
     });
     PxStrongHndl<PxNode const> const coefficients = constantImage(region, {1, 0.5f, 0, 1});
     auto filtered = [&](int iterations) {
-        return evaluateFrame(BtPMFilterTool::createPxNode(vectors, coefficients, value(iterations)), 1);
+        return evaluateFrame(BtPMFilterTool::createPxNode(vectors, coefficients, constantValue(iterations)),
+                             {.proxy = 1});
     };
     IxTile const five = filtered(5);
-    EXPECT_TRUE(samePixels(five, filtered(2)));
-    EXPECT_FALSE(samePixels(five, filtered(1)));
+    EXPECT_EQ(firstDifference(five, filtered(2), 0.0f), "");
+    EXPECT_NE(firstDifference(five, filtered(1), 0.0f), "");
 }
 
 TEST_F(PMFiltering, WithoutCoefficientsTheVectorsPassUnchanged) {
     GeRectangle<int> const region{-3, 4, -2, 2};
-    PxStrongHndl<PxNode const> const vectors = image(region, [](int x, int y, int) {
+    PxStrongHndl<PxNode const> const vectors = functionImage(region, [](int x, int y) {
         return Rgba{float(x), float(y), 0.5f, 0.25f};
     });
     IxTile const out = evaluateFrame(BtPMFilterTool::createPxNode(vectors, nothing(), 3));
-    EXPECT_TRUE(samePixels(out, evaluateFrame(PxStrongHndl<PxImageProtocol const>(vectors))));
+    EXPECT_EQ(firstDifference(out, evaluateFrame(PxStrongHndl<PxImageProtocol const>(vectors)), 0.0f), "");
 }
 
 TEST_F(PMFiltering, TileSizesGiveTheSamePixels) {
     // Regions that start and end off the 16-pixel grid, at every level.
     GeRectangle<int> const region{-37, 35, -21, 30};
-    PxStrongHndl<PxNode const> const vectors = image(region, [](int x, int y, int p) {
+    PxStrongHndl<PxNode const> const vectors = functionImage(region, [](int x, int y, double, int p) {
         return Rgba{std::sin(0.37f * x) + 0.1f * y, std::cos(0.21f * y) - 0.05f * x, 0.01f * x * y, float(p)};
     });
-    PxStrongHndl<PxNode const> const gradient = image(region, [](int x, int y, int) {
+    PxStrongHndl<PxNode const> const gradient = functionImage(region, [](int x, int y) {
         return Rgba{0.3f * std::sin(0.5f * x), 0.2f * std::cos(0.3f * y), 0, 1};
     });
-    PxStrongHndl<PxNode const> const derivative = image(
-        region,
-        [](int x, int y, int) {
-            float const it = 0.1f * ((x + y) % 3);
-            return Rgba{it, it, it, it};
-        },
-        Rgba::ZERO, IxPixelFormat::ALPHA);
+    PxStrongHndl<PxNode const> const derivative = functionImage(region,
+                                                                [](int x, int y) {
+                                                                    float const it = 0.1f * ((x + y) % 3);
+                                                                    return Rgba{it, it, it, it};
+                                                                },
+                                                                {.comps = IxPixelFormat::ALPHA});
     for (int proxy : {0, 1, 2}) {
         SCOPED_TRACE(testing::Message() << "proxy " << proxy);
         auto render = [&](int tileSize) {
             TileSize const grid(tileSize);
             return evaluateFrame(
                 BtPMFilterTool::createPxNode(vectors, BtPMCoefsTool::createPxNode(gradient, derivative), 3),
-                proxy);
+                {.proxy = proxy});
         };
-        EXPECT_TRUE(samePixels(render(16), render(256)));
+        EXPECT_EQ(firstDifference(render(16), render(256), 0.0f), "");
     }
 }
 
@@ -210,7 +200,7 @@ TEST_F(PMFiltering, CoefficientsOverPartOfTheVectorsHoldTheRestStill) {
     // Coefficients only over x < 0: beyond, every coefficient reads 0, so
     // pixels from x = 2 on (two stages away) keep their vectors.
     GeRectangle<int> const region{-6, 6, -4, 4};
-    PxStrongHndl<PxNode const> const vectors = image(region, [](int x, int y, int) {
+    PxStrongHndl<PxNode const> const vectors = functionImage(region, [](int x, int y) {
         return Rgba{float(x * x), float(y), 0, 1};
     });
     PxStrongHndl<PxNode const> const coefficients = constantImage({-6, 0, -4, 4}, {1, 1, 0, 1});

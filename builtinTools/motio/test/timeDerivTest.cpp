@@ -2,8 +2,7 @@
 // second image, over the union of their regions.
 #include "btMotioTypes.h"
 #include "btTimeDerivTool.h"
-#include "inInitMgr.h"
-#include "lkTestSupport.h"
+#include "motioTestSupport.h"
 #include "piFootageInterface.h"
 #include "piGraph.h"
 #include "piImageInputPolicy.h"
@@ -15,14 +14,14 @@
 #include <gtest/gtest.h>
 
 using namespace Qv;
-using namespace Qv::LkTest;
+using namespace Qv::MotioTest;
 
 namespace {
 
-class TimeDerivative : public ::testing::Test {
+class TimeDerivative : public MotioTestBase {
 protected:
     static void SetUpTestSuite() {
-        InInitMgr::getInstance().initializeAll();
+        MotioTestBase::SetUpTestSuite();
         BtTimeDerivTool::registerTool();
     }
 
@@ -110,7 +109,8 @@ TEST_F(TimeDerivative, TheNodeLooksTowardsTheTargetFrame) {
         SCOPED_TRACE(testing::Message() << c.type << " at " << c.frame);
         PxValidityInterval interval;
         double const t = c.frame * _frame;
-        IxTile const out = evaluateFrame(BtTimeDerivTool::createPxNode(image, image, c.type), t, &interval);
+        IxTile const out =
+            evaluateFrame(BtTimeDerivTool::createPxNode(image, image, c.type), {.time = t}, &interval);
         EXPECT_NEAR(pixelAt(out, 0, 0).r, c.red, 1e-6f);
         EXPECT_TRUE(interval.contains(t));
     }
@@ -121,16 +121,20 @@ TEST_F(TimeDerivative, TheNodeLooksTowardsTheTargetFrame) {
 TEST_F(TimeDerivative, CoversTheUnionOfBothImagesForTheirCommonInterval) {
     GeRectangle<int> const wide{-4, 4, 0, 2};
     GeRectangle<int> const tall{-1, 1, -3, 3};
-    auto const moving = functionImage(wide, [](int x, int, double frame) {
-        return Rgba{float(x) + float(frame), 1.0f, 0.0f, 1.0f};
-    });
-    auto const still = functionImage(tall, [](int, int y, double) {
-        return Rgba{0.5f, float(y), 0.0f, 1.0f};
-    });
+    auto const moving = functionImage(wide,
+                                      [](int x, int, double frame, int) {
+                                          return Rgba{float(x) + float(frame), 1.0f, 0.0f, 1.0f};
+                                      },
+                                      {.perFrame = true});
+    auto const still = functionImage(tall,
+                                     [](int, int y) {
+                                         return Rgba{0.5f, float(y), 0.0f, 1.0f};
+                                     },
+                                     {.perFrame = true});
     PxValidityInterval interval;
     double const t = 3.0 / RATE;
     IxTile const out = evaluateFrame(
-        BtTimeDerivTool::createPxNode(moving, still, BtMotioTypes::FORWARD_VECTORS), t, &interval);
+        BtTimeDerivTool::createPxNode(moving, still, BtMotioTypes::FORWARD_VECTORS), {.time = t}, &interval);
     EXPECT_EQ(out.getPixelRegion(), (GeRectangle<int>{-4, 4, -3, 3}));
     struct Case {
         int x, y;

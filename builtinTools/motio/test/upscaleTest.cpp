@@ -5,16 +5,16 @@
 #include "btMotioLevels.h"
 #include "btUpscaleProc.h"
 #include "btUpscaleTool.h"
-#include "kernelTestSupport.h"
+#include "motioTestSupport.h"
 
 #include <climits>
 
 using namespace Qv;
-using namespace Qv::KernelTest;
+using namespace Qv::MotioTest;
 
 namespace {
 
-class UpscaleProxy : public KernelTestBase {};
+class UpscaleProxy : public MotioTestBase {};
 
 // The outside colour the upscale reads its source with.
 Rgba const OUTSIDE{0, 0, 0, 1};
@@ -69,7 +69,7 @@ TEST_F(UpscaleProxy, OddStartsAndCutEndsTakeTheirSideOfEachPair) {
     // its neighbour on X's side, so even X gives X / 2 - 0.2, odd X gives
     // X / 2 - 0.3 (a (0.75, 0.25) filter would give X / 2 - 0.25 for both).
     GeRectangle<int> const region{-3, 5, -1, 5};
-    PxStrongHndl<PxNode const> const ramp = image(region, [](int x, int y, int) {
+    PxStrongHndl<PxNode const> const ramp = functionImage(region, [](int x, int y) {
         return Rgba{float(x), float(y), 0, 1};
     });
     IxTile const out = evaluateFrame(BtUpscaleTool::createPxNode(ramp, 1.0));
@@ -85,13 +85,13 @@ TEST_F(UpscaleProxy, LevelsBeyondThePyramidHaveNoPixels) {
     GeRectangle<int> const region{-5, 5, -3, 3};
     PxStrongHndl<PxImageProtocol> const node =
         BtUpscaleTool::createPxNode(constantImage(region, {1, 1, 1, 1}), 1.0);
-    EXPECT_FALSE(evaluateFrame(node, 3).getPixelRegion().isEmpty());
-    IxTile const beyond = evaluateFrame(node, 4);
+    EXPECT_FALSE(evaluateFrame(node, {.proxy = 3}).getPixelRegion().isEmpty());
+    IxTile const beyond = evaluateFrame(node, {.proxy = 4});
     EXPECT_TRUE(!beyond.isValid() || beyond.getPixelRegion().isEmpty());
 }
 
 TEST_F(UpscaleProxy, TheSourceMustReachPastHalfTheDestination) {
-    IxTile const out(IxPixelFormat(IxPixelFormat::RGBA, IxPixelFormat::FLOAT32), {0, 5, 0, 4});
+    IxTile const out(RGBA32, {0, 5, 0, 4});
     // ceil(5 / 2) = 3 columns need 5; ceil(4 / 2) = 2 rows need 4.
     EXPECT_NO_THROW(BtUpscaleProc(IxWriteGuard(out), {-1, 4, -1, 3}, 1.0f));
     try {
@@ -109,15 +109,15 @@ TEST_F(UpscaleProxy, TheSourceMustReachPastHalfTheDestination) {
 
 TEST_F(UpscaleProxy, TileSizesGiveTheSamePixels) {
     GeRectangle<int> const region{-37, 35, -21, 30};
-    PxStrongHndl<PxNode const> const source = image(region, [](int x, int y, int p) {
+    PxStrongHndl<PxNode const> const source = functionImage(region, [](int x, int y, double, int p) {
         return Rgba{std::sin(0.37f * x) + 0.1f * y, std::cos(0.21f * y) - 0.05f * x, 0.01f * x * y, float(p)};
     });
     for (int proxy : {0, 1, 2}) {
         SCOPED_TRACE(testing::Message() << "proxy " << proxy);
         auto render = [&](int tileSize) {
             TileSize const grid(tileSize);
-            return evaluateFrame(BtUpscaleTool::createPxNode(source, 2.0), proxy);
+            return evaluateFrame(BtUpscaleTool::createPxNode(source, 2.0), {.proxy = proxy});
         };
-        EXPECT_TRUE(samePixels(render(16), render(256)));
+        EXPECT_EQ(firstDifference(render(16), render(256), 0.0f), "");
     }
 }

@@ -1,17 +1,16 @@
 // The vector increment: the increment is read where the vector points and
 // added to it, on ramps where composition and a plain sum differ.
 #include "btVectorIncTool.h"
-#include "kernelTestSupport.h"
+#include "motioTestSupport.h"
 
 #include <cmath>
-#include <limits>
 
 using namespace Qv;
-using namespace Qv::KernelTest;
+using namespace Qv::MotioTest;
 
 namespace {
 
-class VectorIncrement : public KernelTestBase {};
+class VectorIncrement : public MotioTestBase {};
 
 GeRectangle<int> const REGION{-6, 7, -5, 5};
 // What the increments show outside their pixels.
@@ -19,12 +18,11 @@ Rgba const INCREMENT_FILL{0.5f, 0.25f, 0, 0};
 
 // I(x, y) = (0.1 x, -0.2 y): linear, so that bilinear reads are exact.
 PxStrongHndl<PxNode const> rampIncrements() {
-    return image(
-        REGION,
-        [](int x, int y, int) {
-            return Rgba{0.1f * x, -0.2f * y, 5, 5};
-        },
-        INCREMENT_FILL);
+    return functionImage(REGION,
+                         [](int x, int y) {
+                             return Rgba{0.1f * x, -0.2f * y, 5, 5};
+                         },
+                         {.fill = INCREMENT_FILL});
 }
 
 } // namespace
@@ -80,7 +78,7 @@ TEST_F(VectorIncrement, VectorsPointingOutReadTheIncrementsFill) {
 }
 
 TEST_F(VectorIncrement, ZeroIncrementsReturnTheVectorsWithAlphaOne) {
-    PxStrongHndl<PxNode const> const vectors = image(REGION, [](int x, int y, int) {
+    PxStrongHndl<PxNode const> const vectors = functionImage(REGION, [](int x, int y) {
         return Rgba{0.5f * x, -0.25f * y, 7, 0.3f};
     });
     IxTile const out =
@@ -92,21 +90,19 @@ TEST_F(VectorIncrement, ZeroIncrementsReturnTheVectorsWithAlphaOne) {
 }
 
 TEST_F(VectorIncrement, MissingIncrementsPassTheVectors) {
-    PxStrongHndl<PxNode const> const vectors = image(REGION, [](int x, int y, int) {
+    PxStrongHndl<PxNode const> const vectors = functionImage(REGION, [](int x, int y) {
         return Rgba{0.5f * x, -0.25f * y, 7, 0.3f};
     });
     IxTile const out = evaluateFrame(BtVectorIncTool::createPxNode(vectors, nothing()));
-    EXPECT_TRUE(samePixels(out, evaluateFrame(PxStrongHndl<PxImageProtocol const>(vectors))));
+    EXPECT_EQ(firstDifference(out, evaluateFrame(PxStrongHndl<PxImageProtocol const>(vectors)), 0.0f), "");
 }
 
 TEST_F(VectorIncrement, BrokenVectorsSpoilOnlyTheirOwnPixels) {
-    float const nan = std::numeric_limits<float>::quiet_NaN();
-    float const inf = std::numeric_limits<float>::infinity();
-    PxStrongHndl<PxNode const> const vectors = image(REGION, [&](int x, int y, int) {
+    PxStrongHndl<PxNode const> const vectors = functionImage(REGION, [&](int x, int y) {
         if (x == 0 && y == 0)
-            return Rgba{nan, nan, 0, 1};
+            return Rgba{NaN, NaN, 0, 1};
         if (x == 1 && y == 0)
-            return Rgba{inf, -inf, 0, 1};
+            return Rgba{INF, -INF, 0, 1};
         return Rgba{0, 0, 0, 1};
     });
     IxTile out;
@@ -118,29 +114,28 @@ TEST_F(VectorIncrement, BrokenVectorsSpoilOnlyTheirOwnPixels) {
 
 TEST_F(VectorIncrement, TileSizesGiveTheSamePixels) {
     GeRectangle<int> const region{-37, 35, -21, 30};
-    PxStrongHndl<PxNode const> const vectors = image(region, [](int x, int y, int) {
+    PxStrongHndl<PxNode const> const vectors = functionImage(region, [](int x, int y) {
         return Rgba{3.0f * std::sin(0.37f * x + 0.1f * y), 2.5f * std::cos(0.21f * y - 0.05f * x), 0, 1};
     });
-    PxStrongHndl<PxNode const> const increments = image(region, [](int x, int y, int) {
+    PxStrongHndl<PxNode const> const increments = functionImage(region, [](int x, int y) {
         return Rgba{0.01f * x * y, 0.02f * (x - y), 0, 1};
     });
     for (int proxy : {0, 1}) {
         SCOPED_TRACE(testing::Message() << "proxy " << proxy);
         auto render = [&](int tileSize) {
             TileSize const grid(tileSize);
-            return evaluateFrame(BtVectorIncTool::createPxNode(vectors, increments), proxy);
+            return evaluateFrame(BtVectorIncTool::createPxNode(vectors, increments), {.proxy = proxy});
         };
-        EXPECT_TRUE(samePixels(render(16), render(256)));
+        EXPECT_EQ(firstDifference(render(16), render(256), 0.0f), "");
     }
 }
 
 TEST_F(VectorIncrement, IncrementsSmallerThanTheVectorsReadTheirFillBeyond) {
-    PxStrongHndl<PxNode const> const increments = image(
-        {-2, 3, -2, 2},
-        [](int x, int y, int) {
-            return Rgba{0.1f * x, -0.2f * y, 0, 1};
-        },
-        INCREMENT_FILL);
+    PxStrongHndl<PxNode const> const increments = functionImage({-2, 3, -2, 2},
+                                                                [](int x, int y) {
+                                                                    return Rgba{0.1f * x, -0.2f * y, 0, 1};
+                                                                },
+                                                                {.fill = INCREMENT_FILL});
     IxTile const out =
         evaluateFrame(BtVectorIncTool::createPxNode(constantImage(REGION, {0, 0, 0, 1}), increments));
     ASSERT_EQ(out.getPixelRegion(), REGION);

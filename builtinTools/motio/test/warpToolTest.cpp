@@ -2,8 +2,7 @@
 // their identity, their inputs, who masks, and their image through a graph.
 #include "btBwdWarpTool.h"
 #include "btFwdWarpTool.h"
-#include "inInitMgr.h"
-#include "ixPixelUtil.h"
+#include "motioTestSupport.h"
 #include "piGraph.h"
 #include "piImageInputPolicy.h"
 #include "piImageModifier.h"
@@ -11,20 +10,18 @@
 #include "piOstrandToolProtocol.h"
 #include "piToolRegistry.h"
 
-#include <cmath>
 #include <gtest/gtest.h>
 #include <vector>
 
 using namespace Qv;
+using namespace Qv::MotioTest;
 
 namespace {
 
-using Rgba = CoRgbaColorTyped<float>;
-
-class WarpTools : public ::testing::Test {
+class WarpTools : public MotioTestBase {
 protected:
     static void SetUpTestSuite() {
-        InInitMgr::getInstance().initializeAll();
+        MotioTestBase::SetUpTestSuite();
         // Registering again only replaces the entry, should the package
         // have registered them already.
         BtFwdWarpTool::registerTool();
@@ -43,15 +40,6 @@ protected:
 
     static IxTile render(RCShdPtr<PiNode> const& node) {
         return PiImageSocket<PiOutput>(node->getOutput("Output", true)).getValue(0.0, 0);
-    }
-
-    static Rgba pixel(IxTile const& tile, int x, int y) {
-        return IxPixelUtil::getPixelColor(IxReadGuard(tile), x, y);
-    }
-
-    static bool near(Rgba const& a, Rgba const& b) {
-        return std::abs(a.r - b.r) < 1e-6f && std::abs(a.g - b.g) < 1e-6f && std::abs(a.b - b.b) < 1e-6f &&
-               std::abs(a.a - b.a) < 1e-6f;
     }
 
     RCShdPtr<PiGraph> _graph{new PiGraph};
@@ -127,21 +115,21 @@ TEST_F(WarpTools, WarpTheirInputThroughAGraph) {
         _graph->connect(source->getOutput("Output"), warp->getInput(PiImageModifier::getSingleInputName()));
 
     IxTile const image = render(source);
-    Rgba const inside = pixel(image, 0, 0);
+    Rgba const inside = pixelAt(image, 0, 0);
     for (RCShdPtr<PiNode> const& warp : {forward, backward}) {
         IxTile const out = render(warp);
         EXPECT_EQ(out.getPixelRegion(), image.getPixelRegion());
         for (int x = -4; x < 4; ++x)
-            EXPECT_TRUE(near(pixel(out, x, -3), pixel(image, x, -3))) << x;
+            EXPECT_TRUE(near(pixelAt(out, x, -3), pixelAt(image, x, -3))) << x;
     }
 
     for (RCShdPtr<PiNode> const& warp : {forward, backward})
         _graph->connect(shift->getOutput("Output"), warp->getInput("Vectors"));
     IxTile const moved = render(forward);
     EXPECT_EQ(moved.getPixelRegion(), image.getPixelRegion());
-    EXPECT_TRUE(near(pixel(moved, -4, 0), Rgba::ZERO)) << "a hole where nothing lands";
-    EXPECT_TRUE(near(pixel(moved, 3, 2), inside));
+    EXPECT_TRUE(near(pixelAt(moved, -4, 0), Rgba::ZERO)) << "a hole where nothing lands";
+    EXPECT_TRUE(near(pixelAt(moved, 3, 2), inside));
     IxTile const read = render(backward);
-    EXPECT_TRUE(near(pixel(read, -4, 0), inside));
-    EXPECT_TRUE(near(pixel(read, 2, 2), inside));
+    EXPECT_TRUE(near(pixelAt(read, -4, 0), inside));
+    EXPECT_TRUE(near(pixelAt(read, 2, 2), inside));
 }
