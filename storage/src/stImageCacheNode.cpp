@@ -57,6 +57,23 @@ bool StImageCacheNode::isChainConnected() const {
     return _input->isChainConnected();
 }
 
+bool StImageCacheNode::producesFullFrames() const {
+    return _input->producesFullFrames();
+}
+
+PxImageContext StImageCacheNode::getComputeContext(PxImageContext const& context) const {
+    if (!_input->producesFullFrames())
+        return context;
+    PxValidityInterval interval = PxValidityInterval::FULL;
+    GeRectangle<int> const region =
+        computeImagePixelRegion(PxUPtr<PxImageProtocol const>(_input), context.getTimeStreamContext(),
+                                context.getProxyScale(), interval);
+    // A tile outside the frame gets the input's own empty answer.
+    if (region.getIntersection(getTilePixels(context.getTilePosition())).isEmpty())
+        return context;
+    return context.atTile(convertPixelToTile({region.x1, region.y1}));
+}
+
 int StImageCacheNode::getNbStreams() const {
     return _input->getNbStreams();
 }
@@ -70,7 +87,8 @@ PxImageResult StImageCacheNode::compute(PxImageContext const& context) const {
     return result;
 }
 
-PxImageResult StImageCacheNode::getImageResult(PxImageContext const& context) const {
+PxImageResult StImageCacheNode::getImageResult(PxImageContext const& asked) const {
+    PxImageContext const context = getComputeContext(asked);
     PxRequestMgr& manager = PxRequestMgr::getInstance();
     StTileKey const key = makeKey(context);
     for (;;) {

@@ -6,6 +6,10 @@
 // (helping the request manager with other work as waits do) instead of
 // computing it again.
 //
+// An input that produces full frames gives the same frame for every tile: it
+// is computed and kept once, under the tile of the frame's first pixel, and
+// served whole to every tile that asks.
+//
 // Its entries belong to this node alone (a storage id of its own, made anew
 // for each node), since two nodes of the same name may have different
 // inputs; they go when the node goes.
@@ -32,6 +36,7 @@ public:
     // The cached tile, or the input's, computed once and then cached.
     PxImageResult getImageResult(PxImageContext const& context) const override;
     bool isChainConnected() const override;
+    bool producesFullFrames() const override;
     int getNbStreams() const override;
 
     void init() override;
@@ -45,6 +50,9 @@ public:
 private:
     class ComputeRequest;
 
+    // The context the tile is computed and kept for: the context itself, or
+    // for a full-frame input the frame's first tile.
+    PxImageContext getComputeContext(PxImageContext const& context) const;
     // Runs in the request: computes the tile from the input and caches it.
     PxImageResult compute(PxImageContext const& context) const;
 

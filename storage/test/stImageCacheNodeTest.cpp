@@ -1,8 +1,10 @@
 // StImageCacheNode: a tile is computed once, however many ask for it at once.
 #include "stImageCacheNode.h"
 
+#include "pxConfig.h"
 #include "pxRequestMgr.h"
 #include "stTestUtil.h"
+#include "stTileStore.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -125,6 +127,52 @@ TEST_F(ImageCacheNodeTest, AskersOnWorkersShareComputationsToo) {
         manager.releaseRequest(request);
     }
     EXPECT_EQ(input->getNbCalls(), 16);
+}
+
+// Gives its whole 16 by 16 frame for any tile, counting its calls.
+class FullFrameNode : public CountingNode {
+public:
+    explicit FullFrameNode(PxNode::Init const& init) : PxNode(init), CountingNode(init) {}
+    bool producesFullFrames() const override { return true; }
+    PxImageResult getImageResult(PxImageContext const& context) const override {
+        CountingNode::getImageResult(context);
+        return PxImageResult(makeTile(7.0f, GeRectangle<int>{-8, 8, -8, 8}), frame(context.getTime()));
+    }
+};
+
+TEST_F(ImageCacheNodeTest, AFullFrameInputIsComputedOnceForAllItsTiles) {
+    auto input = makeNode<FullFrameNode>();
+    auto cache =
+        makeNode<StImageCacheNode>(PxNodePtr<PxImageProtocol const>(input), "Motion Warped Frame Cache");
+    EXPECT_TRUE(cache->producesFullFrames());
+    PxConfig::setTileSize(4, 4);
+    struct AskRequest : PxRequest {
+        StImageCacheNode const* node = nullptr;
+        GePoint2<int> tile;
+        IxTile result;
+        void performExecute() override {
+            result = node->getImageResult(context(0.0, tile.x, tile.y)).getTile();
+        }
+    };
+    PxRequestMgr& manager = PxRequestMgr::getInstance();
+    std::vector<PxRequestPtr<AskRequest>> requests;
+    // Every tile of the 4 by 4 grid over the frame, twice.
+    for (int i = 0; i < 32; ++i) {
+        PxRequestPtr<AskRequest> request(new AskRequest);
+        request->node = cache.get();
+        request->tile = GePoint2<int>{i % 4 - 2, (i / 4) % 4 - 2};
+        manager.postRequest(request, 0);
+        requests.push_back(request);
+    }
+    for (PxRequestPtr<AskRequest> const& request : requests) {
+        manager.waitForRequest(request);
+        EXPECT_EQ(request->result.getPixelRegion(), (GeRectangle<int>{-8, 8, -8, 8}));
+        EXPECT_EQ(seedOf(request->result), 7.0f);
+        manager.releaseRequest(request);
+    }
+    PxConfig::setTileSize(PxConfig::DEFAULT_TILE_SIZE, PxConfig::DEFAULT_TILE_SIZE);
+    EXPECT_EQ(input->getNbCalls(), 1);
+    EXPECT_EQ(StTileStore::getInstance().getNbEntries(), 1u);
 }
 
 TEST_F(ImageCacheNodeTest, AFailureReachesEveryAskerAndIsNotCached) {

@@ -69,6 +69,11 @@ void PxImageMultiTileRequest::performExecute() {
     results.assign(static_cast<std::size_t>(tiles.getWidth()) * static_cast<std::size_t>(tiles.getHeight()),
                    PxImageResult());
     TileProc proc(node, PxImageContext(_time, {tiles.x1, tiles.y1}, _proxyScale, _stream), results);
+    // Every tile of a full-frame producer holds the whole frame: asked once,
+    // its one result serves them all, where asking each tile would compute
+    // the frame once per tile.
+    if (results.size() > 1 && node->producesFullFrames())
+        results.resize(1);
     if (results.size() == 1) {
         proc.call(TileTask{{tiles.x1, tiles.y1}, 0});
         return;

@@ -1,7 +1,9 @@
 #pragma once
 // Evaluates an image node over many tiles at once: every tile of the frame's
 // region of definition, or every tile that covers a pixel region. The tiles
-// run in parallel, one request each, and come back in rows from the top.
+// run in parallel, one request each, and come back in rows from the top. A
+// node that produces full frames is asked once, for the first tile: its one
+// result holds them all.
 // assembleTiles joins such results into one tile.
 #include "cbHandler.h"
 #include "pxImageProtocol.h"

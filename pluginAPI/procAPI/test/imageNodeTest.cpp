@@ -117,6 +117,36 @@ TEST(PxImageMultiTileRequest, ARegionGivesThePartOfTheFrameItCovers) {
     EXPECT_FALSE(PxImageMultiTileRequest::assembleTiles({}).isValid());
 }
 
+namespace {
+// Gives the whole frame for any tile of it, and counts how often.
+class FullFrameRampNode : public RampImageNode {
+public:
+    FullFrameRampNode(PxNode::Init const& init, GeRectangle<float> const& rod)
+        : PxNode(init), RampImageNode(init, rod) {}
+    bool producesFullFrames() const override { return true; }
+    PxImageResult getImageResult(PxImageContext const& context) const override {
+        ++_nbCalls;
+        GeRectangle<int> const frame =
+            nominalToPixelized(getImageROD(context.getTimeStreamContext()).getROD(), 1.0,
+                               proxyScaleToFactor(context.getProxyScale()));
+        return PxImageResult(render(frame), PxValidityInterval::FULL);
+    }
+    mutable std::atomic<int> _nbCalls{0};
+};
+} // namespace
+
+// A full-frame producer asked for every tile computes its frame once.
+TEST(PxImageMultiTileRequest, AFullFrameProducerIsAskedOnce) {
+    TileSize const size(16);
+    GeRectangle<float> const rod{0, 100, 0, 50};
+    auto const node = PxTest::makeNode<FullFrameRampNode>(rod);
+    PxImageMultiTileRequest::Results const results = evaluateFrame(node, 0);
+    EXPECT_EQ(node->_nbCalls, 1);
+    ASSERT_EQ(results.size(), 1u);
+    EXPECT_TRUE(PxTest::samePixels(PxImageMultiTileRequest::assembleTiles(results),
+                                   RampImageNode::render({0, 100, 0, 50})));
+}
+
 TEST(PxImageNode, ReadsItsInputTilesAndGivesEmptyTilesOutsideTheFrame) {
     TileSize const size(16);
     GeRectangle<float> const rod{0, 40, 0, 20};
