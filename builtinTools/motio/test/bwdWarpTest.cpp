@@ -13,75 +13,61 @@ using namespace Qv::MotioTest;
 
 namespace {
 
-// The image: 4 by 3 pixels from (0, 0), and what it shows outside.
-GeRectangle<int> const FRAME{0, 4, 0, 3};
+// What the small image shows outside its pixels.
 Rgba const FILL{0.25f, 0.5f, 0.75f, 0.0f};
-Rgba value(int x, int y) {
-    return {float(x + 10 * y), float(1 + y), 0.5f, 1.0f};
-}
-Rgba mean(Rgba const& a, Rgba const& b) {
-    return {(a.r + b.r) / 2, (a.g + b.g) / 2, (a.b + b.b) / 2, (a.a + b.a) / 2};
-}
 
 VectorFn constant(float vx, float vy) {
     return [=](int, int) { return std::pair{vx, vy}; };
 }
-VectorFn at(int px, int py, float vx, float vy) {
-    return [=](int x, int y) { return x == px && y == py ? std::pair{vx, vy} : std::pair{0.0f, 0.0f}; };
-}
 // The image with the fill colour at one pixel.
 PixelFn fillAt(int px, int py) {
-    return [=](int x, int y) { return x == px && y == py ? FILL : value(x, y); };
+    return [=](int x, int y) { return x == px && y == py ? FILL : smallValue(x, y); };
 }
-
-struct Case {
-    char const* what;
-    GeRectangle<int> vectorRgn;
-    VectorFn vectors;
-    PixelFn expected;
-};
 
 } // namespace
 
 TEST(BwdWarpPxNode, WarpsSmallImagesAsWorkedOut) {
-    Case const cases[] = {
-        {"zero field", FRAME, constant(0, 0), value},
-        {"one pixel right", FRAME, constant(1, 0),
-         [](int x, int y) { return x == 3 ? FILL : value(x + 1, y); }},
-        {"one pixel up", FRAME, constant(0, -1),
-         [](int x, int y) { return y == 0 ? FILL : value(x, y - 1); }},
-        {"half a pixel right", FRAME, constant(0.5f, 0),
-         [](int x, int y) { return x == 3 ? mean(value(3, y), FILL) : mean(value(x, y), value(x + 1, y)); }},
-        {"a quarter left, a quarter down", FRAME, at(1, 1, -0.25f, 0.25f),
+    WarpCase const cases[] = {
+        {"zero field", SMALL_FRAME, constant(0, 0), smallValue},
+        {"one pixel right", SMALL_FRAME, constant(1, 0),
+         [](int x, int y) { return x == 3 ? FILL : smallValue(x + 1, y); }},
+        {"one pixel up", SMALL_FRAME, constant(0, -1),
+         [](int x, int y) { return y == 0 ? FILL : smallValue(x, y - 1); }},
+        {"half a pixel right", SMALL_FRAME, constant(0.5f, 0),
+         [](int x, int y) {
+             return x == 3 ? mean(smallValue(3, y), FILL) : mean(smallValue(x, y), smallValue(x + 1, y));
+         }},
+        {"a quarter left, a quarter down", SMALL_FRAME, vectorAt(1, 1, -0.25f, 0.25f),
          [](int x, int y) {
              if (x != 1 || y != 1)
-                 return value(x, y);
+                 return smallValue(x, y);
              // 9/16 of (1, 1), 3/16 of (0, 1) and of (1, 2), 1/16 of (0, 2).
-             Rgba const a = value(0, 1), b = value(1, 1), c = value(0, 2), d = value(1, 2);
+             Rgba const a = smallValue(0, 1), b = smallValue(1, 1), c = smallValue(0, 2),
+                        d = smallValue(1, 2);
              auto mix = [](float a, float b, float c, float d) {
                  return 0.75f * (0.25f * a + 0.75f * b) + 0.25f * (0.25f * c + 0.75f * d);
              };
              return Rgba{mix(a.r, b.r, c.r, d.r), mix(a.g, b.g, c.g, d.g), mix(a.b, b.b, c.b, d.b),
                          mix(a.a, b.a, c.a, d.a)};
          }},
-        {"a NaN vector", FRAME, at(1, 1, NaN, NaN), fillAt(1, 1)},
-        {"a NaN down only", FRAME, at(2, 0, 0.0f, NaN), fillAt(2, 0)},
-        {"an infinite vector", FRAME, at(0, 2, INF, -INF), fillAt(0, 2)},
-        {"minus infinity", FRAME, at(3, 0, -INF, 0.0f), fillAt(3, 0)},
-        {"a huge vector", FRAME, at(3, 2, 1e30f, -3e38f), fillAt(3, 2)},
+        {"a NaN vector", SMALL_FRAME, vectorAt(1, 1, NaN, NaN), fillAt(1, 1)},
+        {"a NaN down only", SMALL_FRAME, vectorAt(2, 0, 0.0f, NaN), fillAt(2, 0)},
+        {"an infinite vector", SMALL_FRAME, vectorAt(0, 2, INF, -INF), fillAt(0, 2)},
+        {"minus infinity", SMALL_FRAME, vectorAt(3, 0, -INF, 0.0f), fillAt(3, 0)},
+        {"a huge vector", SMALL_FRAME, vectorAt(3, 2, 1e30f, -3e38f), fillAt(3, 2)},
         {"vectors on part of the image",
          {1, 3, 0, 2},
          constant(1, 0),
-         [](int x, int y) { return value(x + 1, y); }},
+         [](int x, int y) { return smallValue(x + 1, y); }},
         {"vectors beyond the image",
          {-2, 6, -1, 4},
          constant(0, 0),
-         [](int x, int y) { return FRAME.contains(x, y) ? value(x, y) : FILL; }},
+         [](int x, int y) { return SMALL_FRAME.contains(x, y) ? smallValue(x, y) : FILL; }},
     };
-    auto const image = functionImage(FRAME, value, {.fill = FILL});
+    auto const image = functionImage(SMALL_FRAME, smallValue, {.fill = FILL});
     for (int tileSize : {2, 256}) {
         TileSize const size(tileSize);
-        for (Case const& c : cases) {
+        for (WarpCase const& c : cases) {
             SCOPED_TRACE(std::string(c.what) + ", tiles of " + std::to_string(tileSize));
             auto const warp = BtBwdWarpTool::createPxNode(image, vectorImage(c.vectorRgn, c.vectors));
             IxTile const out = evaluateFrame(warp);
@@ -93,12 +79,12 @@ TEST(BwdWarpPxNode, WarpsSmallImagesAsWorkedOut) {
 }
 
 TEST(BwdWarpPxNode, KeepsTheImagesFormat) {
-    auto const image = functionImage(FRAME,
+    auto const image = functionImage(SMALL_FRAME,
                                      [](int x, int y) {
                                          return Rgba{0, 0, 0, float(x + 10 * y)};
                                      },
                                      {.comps = IxPixelFormat::ALPHA});
-    auto const warp = BtBwdWarpTool::createPxNode(image, vectorImage(FRAME, constant(0, 1)));
+    auto const warp = BtBwdWarpTool::createPxNode(image, vectorImage(SMALL_FRAME, constant(0, 1)));
     IxTile const out = evaluateFrame(warp);
     ASSERT_EQ(out.getPixelFormat(), ALPHA32);
     IxReadGuard const guard(out);
@@ -111,8 +97,8 @@ TEST(BwdWarpPxNode, KeepsTheImagesFormat) {
 // Either input missing, or an image without pixels: the image's own tile.
 TEST(BwdWarpPxNode, WithoutBothInputsGivesTheImage) {
     TileSize const size(2);
-    auto const image = functionImage(FRAME, value, {.comps = IxPixelFormat::RGB});
-    auto const vectors = vectorImage(FRAME, constant(1, 1));
+    auto const image = functionImage(SMALL_FRAME, smallValue, {.comps = IxPixelFormat::RGB});
+    auto const vectors = vectorImage(SMALL_FRAME, constant(1, 1));
     auto const empty = nothing();
     auto const noVectors = BtBwdWarpTool::createPxNode(image, empty);
     EXPECT_EQ(firstDifference(evaluateFrame(noVectors), evaluateFrame(image), 0.0f), "");
@@ -123,21 +109,15 @@ TEST(BwdWarpPxNode, WithoutBothInputsGivesTheImage) {
     auto const noImage = BtBwdWarpTool::createPxNode(empty, vectors);
     EXPECT_TRUE(evaluateTileAt(noImage, 0, 0).getPixelRegion().isEmpty());
 
-    auto const noPixels = BtBwdWarpTool::createPxNode(functionImage({3, 3, 1, 1}, value), vectors);
+    auto const noPixels = BtBwdWarpTool::createPxNode(functionImage({3, 3, 1, 1}, smallValue), vectors);
     EXPECT_TRUE(evaluateTileAt(noPixels, 0, 0).getPixelRegion().isEmpty());
 }
 
 // The lookups go through the image's tiles: tiles of 16 and of 256 pixels
 // give the same image.
 TEST(BwdWarpPxNode, SameImageWhateverTheTileSize) {
-    GeRectangle<int> const frame{-17, 20, -9, 14};
-    auto const image = functionImage(frame, [](int x, int y) {
-        return Rgba{std::sin(x * 0.3f) + 2.0f, std::cos(y * 0.2f) + 2.0f, 0.01f * float(x * y), 1.0f};
-    });
-    auto const vectors = vectorImage(frame, [](int x, int y) {
-        return std::pair{3.0f * std::sin(float(x + y) / 5.0f), 2.5f * std::cos(float(x - y) / 4.0f)};
-    });
-    auto const warp = BtBwdWarpTool::createPxNode(image, vectors);
+    auto const image = functionImage(LARGE_FRAME, largeValue);
+    auto const warp = BtBwdWarpTool::createPxNode(image, vectorImage(LARGE_FRAME, smoothField));
     IxTile reference;
     {
         TileSize const size(256);
@@ -147,13 +127,13 @@ TEST(BwdWarpPxNode, SameImageWhateverTheTileSize) {
         TileSize const size(tileSize);
         EXPECT_EQ(firstDifference(evaluateFrame(warp), reference, 1e-6f), "") << tileSize;
     }
-    EXPECT_EQ(reference.getPixelRegion(), frame);
+    EXPECT_EQ(reference.getPixelRegion(), LARGE_FRAME);
     EXPECT_NE(firstDifference(reference, evaluateFrame(image), 1e-3f), "") << "the field moved things";
 }
 
 TEST(BwdWarpPxNode, ACancelledRequestLeavesByItsException) {
-    auto const warp =
-        BtBwdWarpTool::createPxNode(functionImage(FRAME, value), vectorImage(FRAME, constant(1, 0)));
+    auto const warp = BtBwdWarpTool::createPxNode(functionImage(SMALL_FRAME, smallValue),
+                                                  vectorImage(SMALL_FRAME, constant(1, 0)));
     EXPECT_THROW(evaluateTile(warp, PxImageContext(0.0, {0, 0}), true), PxEx::ExRequestCancelled);
-    EXPECT_EQ(evaluateTileAt(warp, 0, 0).getPixelRegion(), FRAME);
+    EXPECT_EQ(evaluateTileAt(warp, 0, 0).getPixelRegion(), SMALL_FRAME);
 }

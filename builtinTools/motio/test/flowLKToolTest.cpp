@@ -6,10 +6,8 @@
 #include "btSingleChannelMonoPxNode.h"
 #include "btTimeDerivTool.h"
 #include "motioTestSupport.h"
-#include "piGraph.h"
 #include "piImageInputPolicy.h"
 #include "piImageModifier.h"
-#include "piImageSocket.h"
 #include "piOstrandToolProtocol.h"
 #include "piToolRegistry.h"
 
@@ -20,14 +18,12 @@ using namespace Qv::MotioTest;
 
 namespace {
 
-class FlowLK : public MotioTestBase {
+class FlowLK : public MotioGraphTest {
 protected:
     static void SetUpTestSuite() {
-        MotioTestBase::SetUpTestSuite();
+        MotioGraphTest::SetUpTestSuite();
         BtFlowLKTool::registerTool();
     }
-
-    RCShdPtr<PiGraph> _graph{new PiGraph};
 };
 
 // The flow of a luminance pattern moving by (0.3, -0.2) pixels a frame.
@@ -87,14 +83,11 @@ TEST_F(FlowLK, IsAnInnerToolOfGradientAndDerivative) {
 // (-0.2, -0.4) in the computed area; the band of two pixels stays zero. The
 // output holds three components.
 TEST_F(FlowLK, TheToolSolvesWhatItsInputsGive) {
-    RCShdPtr<PiNode> flat = _graph->createNode("Color Source", "Flat");
-    flat->getInput("Width")->setConstantValue(8);
-    flat->getInput("Height")->setConstantValue(8);
-    flat->getInput("Color")->setConstantValue(std::vector<double>{0.5, 1.0, 0.0});
+    RCShdPtr<PiNode> flat = colorSource("Flat", 8, 8, {0.5, 1.0, 0.0});
     RCShdPtr<PiNode> node = _graph->createNode("Lucas-Kanade Flow", "LK");
     _graph->connect(flat->getOutput("Output"), node->getInput("Image Gradient"));
     _graph->connect(flat->getOutput("Output"), node->getInput("Image Time Derivative"));
-    IxTile const image = PiImageSocket<PiOutput>(node->getOutput("Output", true)).getValue(0.0, 0);
+    IxTile const image = render(node);
     EXPECT_EQ(image.getPixelRegion(), (GeRectangle<int>{-4, 4, -4, 4}));
     EXPECT_EQ(image.getPixelFormat().getComps(), IxPixelFormat::RGB);
     GeRectangle<int> const computed{-2, 2, -2, 2};
@@ -110,13 +103,10 @@ TEST_F(FlowLK, TheToolSolvesWhatItsInputsGive) {
 }
 
 TEST_F(FlowLK, AnUnfedDerivativeGivesNoMotion) {
-    RCShdPtr<PiNode> flat = _graph->createNode("Color Source", "Flat");
-    flat->getInput("Width")->setConstantValue(8);
-    flat->getInput("Height")->setConstantValue(8);
-    flat->getInput("Color")->setConstantValue(std::vector<double>{0.5, 0.25, 0.0});
+    RCShdPtr<PiNode> flat = colorSource("Flat", 8, 8, {0.5, 0.25, 0.0});
     RCShdPtr<PiNode> node = _graph->createNode("Lucas-Kanade Flow", "LK");
     _graph->connect(flat->getOutput("Output"), node->getInput("Image Gradient"));
-    IxTile const image = PiImageSocket<PiOutput>(node->getOutput("Output", true)).getValue(0.0, 0);
+    IxTile const image = render(node);
     ASSERT_TRUE(image.isValid());
     for (int y = -4; y < 4; ++y)
         for (int x = -4; x < 4; ++x) {

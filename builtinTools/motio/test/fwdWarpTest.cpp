@@ -16,67 +16,51 @@ namespace {
 
 Rgba const HOLE = Rgba::ZERO;
 
-// The test image: 4 by 3 pixels from (0, 0), each of its own value.
-GeRectangle<int> const FRAME{0, 4, 0, 3};
-Rgba value(int x, int y) {
-    return {float(x + 10 * y), float(1 + y), 0.5f, 1.0f};
-}
-Rgba mean(Rgba const& a, Rgba const& b) {
-    return {(a.r + b.r) / 2, (a.g + b.g) / 2, (a.b + b.b) / 2, (a.a + b.a) / 2};
-}
-
-// A vector at one pixel, none elsewhere.
-VectorFn at(int px, int py, float vx, float vy) {
-    return [=](int x, int y) { return x == px && y == py ? std::pair{vx, vy} : std::pair{0.0f, 0.0f}; };
-}
 // The image with a hole at one pixel.
 PixelFn holeAt(int px, int py) {
-    return [=](int x, int y) { return x == px && y == py ? HOLE : value(x, y); };
+    return [=](int x, int y) { return x == px && y == py ? HOLE : smallValue(x, y); };
 }
-
-struct WarpCase {
-    char const* what;
-    GeRectangle<int> vectorRgn;
-    VectorFn vectors;
-    PixelFn expected;
-};
 
 std::vector<WarpCase> const& warpCases() {
     static std::vector<WarpCase> const cases = {
-        {"zero field", FRAME,
+        {"zero field", SMALL_FRAME,
          [](int, int) {
              return std::pair{0.0f, 0.0f};
          },
-         value},
-        {"half a pixel right", FRAME,
+         smallValue},
+        {"half a pixel right", SMALL_FRAME,
          [](int, int) {
              return std::pair{0.5f, 0.0f};
          },
-         [](int x, int y) { return x == 0 ? value(x, y) : mean(value(x - 1, y), value(x, y)); }},
-        {"half a pixel up", FRAME,
+         [](int x, int y) {
+             return x == 0 ? smallValue(x, y) : mean(smallValue(x - 1, y), smallValue(x, y));
+         }},
+        {"half a pixel up", SMALL_FRAME,
          [](int, int) {
              return std::pair{0.0f, -0.5f};
          },
-         [](int x, int y) { return y == 2 ? value(x, y) : mean(value(x, y), value(x, y + 1)); }},
-        {"one pixel right", FRAME,
+         [](int x, int y) {
+             return y == 2 ? smallValue(x, y) : mean(smallValue(x, y), smallValue(x, y + 1));
+         }},
+        {"one pixel right", SMALL_FRAME,
          [](int, int) {
              return std::pair{1.0f, 0.0f};
          },
-         [](int x, int y) { return x == 0 ? HOLE : value(x - 1, y); }},
-        {"one pixel sent far right", FRAME, at(1, 1, 100.0f, 0.0f), holeAt(1, 1)},
-        {"one pixel sent far up and left", FRAME, at(2, 0, -100.0f, -100.0f), holeAt(2, 0)},
-        {"one pixel sent just past the bottom", FRAME, at(3, 1, 0.0f, 2.0f), holeAt(3, 1)},
-        {"a column converging on the next", FRAME,
+         [](int x, int y) { return x == 0 ? HOLE : smallValue(x - 1, y); }},
+        {"one pixel sent far right", SMALL_FRAME, vectorAt(1, 1, 100.0f, 0.0f), holeAt(1, 1)},
+        {"one pixel sent far up and left", SMALL_FRAME, vectorAt(2, 0, -100.0f, -100.0f), holeAt(2, 0)},
+        {"one pixel sent just past the bottom", SMALL_FRAME, vectorAt(3, 1, 0.0f, 2.0f), holeAt(3, 1)},
+        {"a column converging on the next", SMALL_FRAME,
          [](int x, int) {
              return x == 1 ? std::pair{1.0f, 0.0f} : std::pair{0.0f, 0.0f};
          },
-         [](int x, int y) { return x == 1   ? HOLE
-                                   : x == 2 ? mean(value(1, y), value(2, y))
-                                            : value(x, y); }},
-        {"a NaN vector", FRAME, at(1, 1, NaN, NaN), holeAt(1, 1)},
-        {"a NaN across only", FRAME, at(3, 2, NaN, 0.0f), holeAt(3, 2)},
-        {"an infinite vector", FRAME, at(0, 2, INF, -INF), holeAt(0, 2)},
-        {"a huge vector", FRAME, at(0, 0, 1e30f, 1e30f), holeAt(0, 0)},
+         [](int x, int y) {
+             return x == 1 ? HOLE : x == 2 ? mean(smallValue(1, y), smallValue(2, y)) : smallValue(x, y);
+         }},
+        {"a NaN vector", SMALL_FRAME, vectorAt(1, 1, NaN, NaN), holeAt(1, 1)},
+        {"a NaN across only", SMALL_FRAME, vectorAt(3, 2, NaN, 0.0f), holeAt(3, 2)},
+        {"an infinite vector", SMALL_FRAME, vectorAt(0, 2, INF, -INF), holeAt(0, 2)},
+        {"a huge vector", SMALL_FRAME, vectorAt(0, 0, 1e30f, 1e30f), holeAt(0, 0)},
         {"vectors on the left half only",
          {0, 2, 0, 3},
          [](int, int) {
@@ -84,16 +68,16 @@ std::vector<WarpCase> const& warpCases() {
          },
          [](int x, int y) {
              return x == 0   ? HOLE
-                    : x == 1 ? value(0, y)
-                    : x == 2 ? mean(value(1, y), value(2, y))
-                             : value(x, y);
+                    : x == 1 ? smallValue(0, y)
+                    : x == 2 ? mean(smallValue(1, y), smallValue(2, y))
+                             : smallValue(x, y);
          }},
         {"vectors beyond the image",
          {-3, 8, -3, 6},
          [](int, int) {
              return std::pair{0.0f, 0.0f};
          },
-         value},
+         smallValue},
     };
     return cases;
 }
@@ -103,7 +87,7 @@ std::vector<WarpCase> const& warpCases() {
 // Each case with one and with two warps, on one tile and on tiles of two
 // pixels; every tile of the frame gives the whole frame.
 TEST(FwdWarpPxNode, WarpsSmallImagesAsWorkedOut) {
-    auto const image = functionImage(FRAME, value);
+    auto const image = functionImage(SMALL_FRAME, smallValue);
     for (int tileSize : {2, 256})
         for (int nbWarps : {1, 2}) {
             TileSize const size(tileSize);
@@ -116,7 +100,7 @@ TEST(FwdWarpPxNode, WarpsSmallImagesAsWorkedOut) {
                     PxImageResult const result = evaluateTileAt(warp, pixel.x, pixel.y);
                     EXPECT_TRUE(result.getVI().isNonEmpty());
                     IxTile const expected =
-                        makeTile(RGBA32, FRAME, [&](int x, int y) { return c.expected(x, y); });
+                        makeTile(RGBA32, SMALL_FRAME, [&](int x, int y) { return c.expected(x, y); });
                     EXPECT_EQ(firstDifference(result.getTile(), expected, 1e-6f), "");
                 }
             }
@@ -124,12 +108,12 @@ TEST(FwdWarpPxNode, WarpsSmallImagesAsWorkedOut) {
 }
 
 TEST(FwdWarpPxNode, AlphaImagesStayAlpha) {
-    auto const image = functionImage(FRAME,
+    auto const image = functionImage(SMALL_FRAME,
                                      [](int x, int y) {
                                          return Rgba{0, 0, 0, float(x + 10 * y)};
                                      },
                                      {.comps = IxPixelFormat::ALPHA});
-    auto const warp = BtFwdWarpTool::createPxNode(image, vectorImage(FRAME, [](int, int) {
+    auto const warp = BtFwdWarpTool::createPxNode(image, vectorImage(SMALL_FRAME, [](int, int) {
                                                       return std::pair{0.5f, 0.0f};
                                                   }));
     PxImageResult const result = evaluateTileAt(warp, 0, 0);
@@ -155,8 +139,8 @@ TEST(FwdWarpPxNode, FormatIsFloatAlphaOrRgba) {
          IxPixelFormat(IxPixelFormat::RGB, IxPixelFormat::FLOAT16)},
     };
     for (Case const& c : cases) {
-        auto const image = functionImage(FRAME, value, {.comps = c.comps, .depth = c.depth});
-        auto const vectors = c.vectors ? vectorImage(FRAME,
+        auto const image = functionImage(SMALL_FRAME, smallValue, {.comps = c.comps, .depth = c.depth});
+        auto const vectors = c.vectors ? vectorImage(SMALL_FRAME,
                                                      [](int, int) {
                                                          return std::pair{0.0f, 0.0f};
                                                      })
@@ -169,10 +153,10 @@ TEST(FwdWarpPxNode, FormatIsFloatAlphaOrRgba) {
 
 TEST(FwdWarpPxNode, TilesOutsideTheImageAreEmpty) {
     TileSize const size(2);
-    auto const warp =
-        BtFwdWarpTool::createPxNode(functionImage(FRAME, value), vectorImage(FRAME, [](int, int) {
-                                        return std::pair{0.0f, 0.0f};
-                                    }));
+    auto const warp = BtFwdWarpTool::createPxNode(functionImage(SMALL_FRAME, smallValue),
+                                                  vectorImage(SMALL_FRAME, [](int, int) {
+                                                      return std::pair{0.0f, 0.0f};
+                                                  }));
     EXPECT_TRUE(evaluateTileAt(warp, 4, 0).getPixelRegion().isEmpty());
     EXPECT_TRUE(evaluateTileAt(warp, -1, 1).getPixelRegion().isEmpty());
 }
@@ -180,7 +164,7 @@ TEST(FwdWarpPxNode, TilesOutsideTheImageAreEmpty) {
 // Without vectors the image comes through whole, in its own format.
 TEST(FwdWarpPxNode, MissingVectorsPassTheImage) {
     TileSize const size(2);
-    auto const image = functionImage(FRAME, value, {.comps = IxPixelFormat::RGB});
+    auto const image = functionImage(SMALL_FRAME, smallValue, {.comps = IxPixelFormat::RGB});
     auto const warp = BtFwdWarpTool::createPxNode(image, nothing());
     PxImageResult const result = evaluateTileAt(warp, 3, 2);
     EXPECT_EQ(result.getPixelFormat(), IxPixelFormat(IxPixelFormat::RGB, IxPixelFormat::FLOAT32));
@@ -198,7 +182,7 @@ TEST(FwdWarpPxNode, BadVectorsEverywhereLeaveAHole) {
                                            {0.0f, NaN}, {-3e38f, 2.0f}, {NaN, INF}};
     GeRectangle<int> const frame{-5, 4, -3, 4};
     auto const warp = BtFwdWarpTool::createPxNode(
-        functionImage(frame, value),
+        functionImage(frame, smallValue),
         vectorImage(frame, [&](int x, int y) { return bad[(x + 5 + 3 * (y + 3)) % 7]; }));
     TileSize const size(4);
     PxImageResult const result = evaluateTileAt(warp, 0, 0);
@@ -208,19 +192,10 @@ TEST(FwdWarpPxNode, BadVectorsEverywhereLeaveAHole) {
 
 namespace {
 
-// A larger image and a smooth field that moves pixels by up to a few pixels
-// each way, across tile borders and off the frame.
-GeRectangle<int> const LARGE{-17, 20, -9, 14};
-Rgba largeValue(int x, int y) {
-    return {std::sin(x * 0.3f) + 2.0f, std::cos(y * 0.2f) + 2.0f, 0.01f * float(x * y), 1.0f};
-}
-std::pair<float, float> smoothField(int x, int y) {
-    return {3.0f * std::sin(float(x + y) / 5.0f), 2.5f * std::cos(float(x - y) / 4.0f)};
-}
-
+// The large image moved by the smooth field, the tile at the origin.
 IxTile warpLarge() {
-    auto const warp =
-        BtFwdWarpTool::createPxNode(functionImage(LARGE, largeValue), vectorImage(LARGE, smoothField));
+    auto const warp = BtFwdWarpTool::createPxNode(functionImage(LARGE_FRAME, largeValue),
+                                                  vectorImage(LARGE_FRAME, smoothField));
     return evaluateTileAt(warp, 0, 0).getTile();
 }
 
@@ -234,7 +209,7 @@ TEST(FwdWarpPxNode, SameImageWhateverTheSplit) {
         Resources const one(1, PLENTY);
         reference = warpLarge();
     }
-    ASSERT_EQ(reference.getPixelRegion(), LARGE);
+    ASSERT_EQ(reference.getPixelRegion(), LARGE_FRAME);
     struct Case {
         int tileSize;
         int nbWarps;
@@ -246,14 +221,14 @@ TEST(FwdWarpPxNode, SameImageWhateverTheSplit) {
         EXPECT_EQ(firstDifference(warpLarge(), reference, 1e-5f), "");
     }
     // Not a constant image: the field moved things.
-    IxTile const still = makeTile(RGBA32, LARGE, largeValue);
+    IxTile const still = makeTile(RGBA32, LARGE_FRAME, largeValue);
     EXPECT_NE(firstDifference(reference, still, 1e-3f), "");
 }
 
 // A budget below one frame's 80 bytes a pixel still warps, with one warp.
 TEST(FwdWarpPxNode, BudgetBelowOneFrameStillWarps) {
     Resources const tight(4, 100);
-    EXPECT_EQ(BtWarpUtils::getNbFwdWarps(LARGE), 1);
+    EXPECT_EQ(BtWarpUtils::getNbFwdWarps(LARGE_FRAME), 1);
     IxTile const image = warpLarge();
     Resources const plenty(1, PLENTY);
     EXPECT_EQ(firstDifference(image, warpLarge(), 0.0f), "");
@@ -263,8 +238,8 @@ TEST(FwdWarpPxNode, BudgetBelowOneFrameStillWarps) {
 // the node computes the next request as if nothing happened.
 TEST(FwdWarpPxNode, ACancelledRequestLeavesByItsException) {
     Resources const resources(2, PLENTY);
-    auto const warp =
-        BtFwdWarpTool::createPxNode(functionImage(LARGE, largeValue), vectorImage(LARGE, smoothField));
+    auto const warp = BtFwdWarpTool::createPxNode(functionImage(LARGE_FRAME, largeValue),
+                                                  vectorImage(LARGE_FRAME, smoothField));
     EXPECT_THROW(evaluateTile(warp, PxImageContext(0.0, {0, 0}), true), PxEx::ExRequestCancelled);
-    EXPECT_EQ(evaluateTileAt(warp, 0, 0).getPixelRegion(), LARGE);
+    EXPECT_EQ(evaluateTileAt(warp, 0, 0).getPixelRegion(), LARGE_FRAME);
 }

@@ -6,11 +6,8 @@
 #include "btUpscaleTool.h"
 #include "btVectorIncTool.h"
 #include "motioTestSupport.h"
-#include "piGraph.h"
 #include "piImageInputPolicy.h"
 #include "piImageModifier.h"
-#include "piImageSocket.h"
-#include "piNode.h"
 #include "piOstrandToolProtocol.h"
 #include "piToolRegistry.h"
 #include "piUserInterface.h"
@@ -20,18 +17,16 @@ using namespace Qv::MotioTest;
 
 namespace {
 
-class MotioKernelTools : public MotioTestBase {
+class MotioKernelTools : public MotioGraphTest {
 protected:
     static void SetUpTestSuite() {
-        MotioTestBase::SetUpTestSuite();
+        MotioGraphTest::SetUpTestSuite();
         // Registering again replaces: harmless once the package does it too.
         BtPMCoefsTool::registerTool();
         BtPMFilterTool::registerTool();
         BtUpscaleTool::registerTool();
         BtVectorIncTool::registerTool();
     }
-
-    RCShdPtr<PiGraph> _graph{new PiGraph};
 };
 
 struct InputSpec {
@@ -131,28 +126,22 @@ TEST_F(MotioKernelTools, IterationsAndScaleKeepToTheirRanges) {
 }
 
 TEST_F(MotioKernelTools, UpscaleProxyDoublesAColorSourceWithAScaleOfTwo) {
-    RCShdPtr<PiNode> const source = _graph->createNode("Color Source", "C");
-    source->getInput("Width")->setConstantValue(8);
-    source->getInput("Height")->setConstantValue(6);
-    source->getInput("Color")->setConstantValue(std::vector<double>{0.25, 0.5, 0.125});
+    RCShdPtr<PiNode> const source = colorSource("C", 8, 6, {0.25, 0.5, 0.125});
     RCShdPtr<PiNode> const up = _graph->createNode("Upscale Proxy", "U");
     _graph->connect(source->getOutput("Output"), up->getInput("Input"));
     up->getInput("Scale")->setConstantValue(2.0);
 
-    IxTile const out = PiImageSocket<PiOutput>(up->getOutput("Output")).getValue(0.0, 0);
+    IxTile const out = render(up);
     ASSERT_EQ(out.getPixelRegion(), (GeRectangle<int>{-4, 4, -3, 3}));
     EXPECT_TRUE(near(pixelAt(out, 0, 0), Rgba{0.5f, 1.0f, 0.25f, 2.0f}));
     EXPECT_TRUE(near(pixelAt(out, -3, 1), Rgba{0.5f, 1.0f, 0.25f, 2.0f}));
 }
 
 TEST_F(MotioKernelTools, AFilterWithoutCoefficientsShowsItsVectors) {
-    RCShdPtr<PiNode> const source = _graph->createNode("Color Source", "C");
-    source->getInput("Width")->setConstantValue(4);
-    source->getInput("Height")->setConstantValue(4);
-    source->getInput("Color")->setConstantValue(std::vector<double>{1.5, -0.5, 0.0});
+    RCShdPtr<PiNode> const source = colorSource("C", 4, 4, {1.5, -0.5, 0.0});
     RCShdPtr<PiNode> const filter = _graph->createNode("Perona-Malik Diffusion Filtering", "F");
     _graph->connect(source->getOutput("Output"), filter->getInput("Vectors"));
-    IxTile const out = PiImageSocket<PiOutput>(filter->getOutput("Output")).getValue(0.0, 0);
+    IxTile const out = render(filter);
     ASSERT_EQ(out.getPixelRegion(), (GeRectangle<int>{-2, 2, -2, 2}));
     EXPECT_TRUE(near(pixelAt(out, 1, -1), Rgba{1.5f, -0.5f, 0.0f, 1.0f}));
 }

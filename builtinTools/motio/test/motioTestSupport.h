@@ -2,12 +2,16 @@
 // What the motion kernel tests share: images whose pixels come from a
 // function, a whole frame or one tile evaluated through the request manager,
 // pixel reads and comparisons, another tile grid or resource snapshot for
-// the length of a scope, and the packages started once for a suite.
+// the length of a scope, the packages started once for a suite, a graph for
+// the tests of tools, and the images the warp tests work out.
 #include "assertions.h"
 #include "btWarpUtils.h"
 #include "inInitMgr.h"
 #include "ixPixelUtil.h"
 #include "ixWriteGuard.h"
+#include "piGraph.h"
+#include "piImageSocket.h"
+#include "piNode.h"
 #include "pxConfig.h"
 #include "pxEmptyImageNode.h"
 #include "pxImageMultiTileRequest.h"
@@ -24,6 +28,7 @@
 #include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace Qv::MotioTest {
 
@@ -301,5 +306,58 @@ class MotioTestBase : public ::testing::Test {
 protected:
     static void SetUpTestSuite() { InInitMgr::getInstance().initializeAll(); }
 };
+
+// Tools as a composition sees them: a graph of its own for each test.
+class MotioGraphTest : public MotioTestBase {
+protected:
+    // A Color Source of width by height pixels centred on the origin.
+    RCShdPtr<PiNode> colorSource(std::string const& name, int width, int height,
+                                 std::vector<double> const& rgb) {
+        RCShdPtr<PiNode> node = _graph->createNode("Color Source", name);
+        node->getInput("Width")->setConstantValue(width);
+        node->getInput("Height")->setConstantValue(height);
+        node->getInput("Color")->setConstantValue(rgb);
+        return node;
+    }
+
+    // What the node's output shows at the time.
+    static IxTile render(RCShdPtr<PiNode> const& node, double time = 0.0) {
+        return PiImageSocket<PiOutput>(node->getOutput("Output", true)).getValue(time, 0);
+    }
+
+    RCShdPtr<PiGraph> _graph{new PiGraph};
+};
+
+// The small image the warps' results are worked out on by hand: 4 by 3
+// pixels from (0, 0), each of its own value.
+inline GeRectangle<int> const SMALL_FRAME{0, 4, 0, 3};
+inline Rgba smallValue(int x, int y) {
+    return {float(x + 10 * y), float(1 + y), 0.5f, 1.0f};
+}
+inline Rgba mean(Rgba const& a, Rgba const& b) {
+    return {(a.r + b.r) / 2, (a.g + b.g) / 2, (a.b + b.b) / 2, (a.a + b.a) / 2};
+}
+// A vector at one pixel, none elsewhere.
+inline VectorFn vectorAt(int px, int py, float vx, float vy) {
+    return [=](int x, int y) { return x == px && y == py ? std::pair{vx, vy} : std::pair{0.0f, 0.0f}; };
+}
+
+// A warp of the small image by vectors over a region, and what it gives.
+struct WarpCase {
+    char const* what;
+    GeRectangle<int> vectorRgn;
+    VectorFn vectors;
+    PixelFn expected;
+};
+
+// A larger image and a smooth field that moves pixels by up to a few pixels
+// each way, across tile borders and off the frame.
+inline GeRectangle<int> const LARGE_FRAME{-17, 20, -9, 14};
+inline Rgba largeValue(int x, int y) {
+    return {std::sin(x * 0.3f) + 2.0f, std::cos(y * 0.2f) + 2.0f, 0.01f * float(x * y), 1.0f};
+}
+inline std::pair<float, float> smoothField(int x, int y) {
+    return {3.0f * std::sin(float(x + y) / 5.0f), 2.5f * std::cos(float(x - y) / 4.0f)};
+}
 
 } // namespace Qv::MotioTest

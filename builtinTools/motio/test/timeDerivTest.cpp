@@ -4,10 +4,8 @@
 #include "btTimeDerivTool.h"
 #include "motioTestSupport.h"
 #include "piFootageInterface.h"
-#include "piGraph.h"
 #include "piImageInputPolicy.h"
 #include "piImageModifier.h"
-#include "piImageSocket.h"
 #include "piOstrandToolProtocol.h"
 #include "piToolRegistry.h"
 
@@ -18,20 +16,17 @@ using namespace Qv::MotioTest;
 
 namespace {
 
-class TimeDerivative : public MotioTestBase {
+class TimeDerivative : public MotioGraphTest {
 protected:
     static void SetUpTestSuite() {
-        MotioTestBase::SetUpTestSuite();
+        MotioGraphTest::SetUpTestSuite();
         BtTimeDerivTool::registerTool();
     }
 
     // A 6x4 Color Source whose red is keyed to 0.1, 0.3 and 0.7 on frames 0,
     // 1 and 2 and whose green stays 0.5.
     RCShdPtr<PiNode> makeKeyedSource() {
-        RCShdPtr<PiNode> node = _graph->createNode("Color Source", "Keyed");
-        node->getInput("Width")->setConstantValue(6);
-        node->getInput("Height")->setConstantValue(4);
-        node->getInput("Color")->setConstantValue(std::vector<double>{0.0, 0.5, 0.0});
+        RCShdPtr<PiNode> node = colorSource("Keyed", 6, 4, {0.0, 0.5, 0.0});
         _frame =
             1.0 / node->getInterface<PiFootageInterface>()->getRate(node->getOutput("Output")).getDouble();
         RCShdPtr<PiInput> red = node->getInput("Color")->getChannel("Red");
@@ -41,7 +36,6 @@ protected:
         return node;
     }
 
-    RCShdPtr<PiGraph> _graph{new PiGraph};
     double _frame = 0.0; // seconds per frame of the source
 };
 
@@ -80,8 +74,7 @@ TEST_F(TimeDerivative, TheToolGivesTheNextFrameMinusThisOne) {
     Case const cases[] = {{0, 0.2f}, {1, 0.4f}, {2, 0.0f}, {0.5, 0.3f}};
     for (Case const& c : cases) {
         SCOPED_TRACE(c.frame);
-        IxTile const image =
-            PiImageSocket<PiOutput>(node->getOutput("Output", true)).getValue(c.frame * _frame, 0);
+        IxTile const image = render(node, c.frame * _frame);
         EXPECT_EQ(image.getPixelRegion(), (GeRectangle<int>{-3, 3, -2, 2}));
         Rgba const p = pixelAt(image, 2, 1);
         EXPECT_NEAR(p.r, c.red, 1e-6f);

@@ -3,10 +3,8 @@
 #include "btBwdWarpTool.h"
 #include "btFwdWarpTool.h"
 #include "motioTestSupport.h"
-#include "piGraph.h"
 #include "piImageInputPolicy.h"
 #include "piImageModifier.h"
-#include "piImageSocket.h"
 #include "piOstrandToolProtocol.h"
 #include "piToolRegistry.h"
 
@@ -18,31 +16,22 @@ using namespace Qv::MotioTest;
 
 namespace {
 
-class WarpTools : public MotioTestBase {
+class WarpTools : public MotioGraphTest {
 protected:
     static void SetUpTestSuite() {
-        MotioTestBase::SetUpTestSuite();
+        MotioGraphTest::SetUpTestSuite();
         // Registering again only replaces the entry, should the package
         // have registered them already.
         BtFwdWarpTool::registerTool();
         BtBwdWarpTool::registerTool();
     }
 
-    // A Color Source of 8 by 6 pixels, [-4, 4) by [-3, 3).
+    // An opaque Color Source of 8 by 6 pixels, [-4, 4) by [-3, 3).
     RCShdPtr<PiNode> colour(std::string const& name, std::vector<double> const& rgb) {
-        RCShdPtr<PiNode> node = _graph->createNode("Color Source", name);
-        node->getInput("Width")->setConstantValue(8);
-        node->getInput("Height")->setConstantValue(6);
-        node->getInput("Color")->setConstantValue(rgb);
+        RCShdPtr<PiNode> node = colorSource(name, 8, 6, rgb);
         node->getInput("Alpha")->setConstantValue(1.0);
         return node;
     }
-
-    static IxTile render(RCShdPtr<PiNode> const& node) {
-        return PiImageSocket<PiOutput>(node->getOutput("Output", true)).getValue(0.0, 0);
-    }
-
-    RCShdPtr<PiGraph> _graph{new PiGraph};
 };
 
 } // namespace
