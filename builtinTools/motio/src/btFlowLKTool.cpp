@@ -73,9 +73,7 @@ protected:
 
 template <>
 void PiImageModifierInfo<FlowLKController>::describe(PiImageModifier::Descriptor& descriptor) const {
-    descriptor.stores(PiImageModifier::getMuteValueName(), PiValueType::BOOL);
-    descriptor.stores(PiImageModifier::getAffectValueName(), PiValueType::INT);
-    descriptor.produces(PiImageModifier::getOutputName(), PiSocketType::IMAGE);
+    BtMotionUtils::describeModifierValues(descriptor);
     descriptor.requires_(GRADIENT_NAME, PiSocketType::IMAGE,
                          PiImageInputPolicy::createPrimary(1, 7, 1, PiImageInputPolicy::RESET_NONE, false),
                          SINGLE);

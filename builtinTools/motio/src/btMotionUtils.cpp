@@ -29,9 +29,16 @@ PxValidityInterval BtMotionUtils::pointValidity(double t) {
 PxStrongHndl<PxImageProtocol> BtMotionUtils::createMemoryCache(PxStrongHndl<PxNode const> const& image,
                                                                std::string const& name) {
     PxNode::Init init;
-    PxStrongHndl<StImageCacheNode> cache(new StImageCacheNode(init, PxNodePtr<PxImageProtocol const>(image), name));
+    PxStrongHndl<StImageCacheNode> cache(
+        new StImageCacheNode(init, PxNodePtr<PxImageProtocol const>(image), name));
     PxNode::init(cache);
     return PxStrongHndl<PxImageProtocol>(cache);
+}
+
+void BtMotionUtils::describeModifierValues(PiImageModifier::Descriptor& descriptor) {
+    descriptor.stores(PiImageModifier::getMuteValueName(), PiValueType::BOOL);
+    descriptor.stores(PiImageModifier::getAffectValueName(), PiValueType::INT);
+    descriptor.produces(PiImageModifier::getOutputName(), PiSocketType::IMAGE);
 }
 
 double BtMotionUtils::getPixelAspect(PxImageFormat const& format) {

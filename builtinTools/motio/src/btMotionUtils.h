@@ -33,6 +33,10 @@ public:
     // The pixel aspect ratio of an image format as a number.
     static double getPixelAspect(PxImageFormat const& format);
 
+    // What every inner tool declares for the modifier frame: the mute and
+    // affect values it stores and the image it produces.
+    static void describeModifierValues(PiImageModifier::Descriptor& descriptor);
+
     // Registers an inner tool of the family: category Test, the family's
     // manufacturer, product and version string, schema 1, listed.
     template <class Controller>

@@ -102,9 +102,7 @@ void PiImageModifierInfo<PMCoefsController>::describe(PiImageModifier::Descripto
     d.requires_(TIME_DERIVATIVE_NAME, PiSocketType::IMAGE,
                 PiImageInputPolicy::createSecondary(2, 7, 3, 3, PiImageInputPolicy::RESET_NONE, false),
                 SINGLE);
-    d.stores(PiImageModifier::getMuteValueName(), PiValueType::BOOL);
-    d.stores(PiImageModifier::getAffectValueName(), PiValueType::INT);
-    d.produces(PiImageModifier::getOutputName(), PiSocketType::IMAGE);
+    BtMotionUtils::describeModifierValues(d);
     d.setMaskingMode(PiImageModifier::MASKING_NONE);
 }
 

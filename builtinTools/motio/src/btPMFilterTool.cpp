@@ -116,9 +116,7 @@ void PiImageModifierInfo<FilterPMController>::describe(PiImageModifier::Descript
         ITERATIONS_NAME, PiSocketType::INTEGER,
         PiRangeInputPolicy<int>::create(MIN_ITERATIONS, MAX_ITERATIONS, DEFAULT_ITERATIONS, false, false),
         SINGLE);
-    d.stores(PiImageModifier::getMuteValueName(), PiValueType::BOOL);
-    d.stores(PiImageModifier::getAffectValueName(), PiValueType::INT);
-    d.produces(PiImageModifier::getOutputName(), PiSocketType::IMAGE);
+    BtMotionUtils::describeModifierValues(d);
     d.setMaskingMode(PiImageModifier::MASKING_NONE);
 }
 

@@ -81,9 +81,7 @@ protected:
 
 template <>
 void PiImageModifierInfo<TimeDerivController>::describe(PiImageModifier::Descriptor& descriptor) const {
-    descriptor.stores(PiImageModifier::getMuteValueName(), PiValueType::BOOL);
-    descriptor.stores(PiImageModifier::getAffectValueName(), PiValueType::INT);
-    descriptor.produces(PiImageModifier::getOutputName(), PiSocketType::IMAGE);
+    BtMotionUtils::describeModifierValues(descriptor);
     PiImageModifier::addSingleImageInput(
         descriptor, PiImageInputPolicy::createPrimary(3, 7, 1, PiImageInputPolicy::RESET_NONE, false),
         SINGLE);

@@ -34,9 +34,7 @@ void PiImageModifierInfo<UpscaleProxyController>::describe(PiImageModifier::Desc
         d, PiImageInputPolicy::createPrimary(3, 7, 1, PiImageInputPolicy::RESET_NONE, false), SINGLE);
     d.requires_(SCALE_NAME, PiSocketType::DOUBLE,
                 PiRangeInputPolicy<double>::create(0.0, 10.0, 1.0, false, false), SINGLE);
-    d.stores(PiImageModifier::getMuteValueName(), PiValueType::BOOL);
-    d.stores(PiImageModifier::getAffectValueName(), PiValueType::INT);
-    d.produces(PiImageModifier::getOutputName(), PiSocketType::IMAGE);
+    BtMotionUtils::describeModifierValues(d);
     d.setMaskingMode(PiImageModifier::MASKING_BY_TOOL);
 }
 

@@ -83,9 +83,7 @@ void PiImageModifierInfo<VectorIncController>::describe(PiImageModifier::Descrip
     d.requires_(INCREMENTS_NAME, PiSocketType::IMAGE,
                 PiImageInputPolicy::createSecondary(1, 7, 3, 3, PiImageInputPolicy::RESET_NONE, false),
                 SINGLE);
-    d.stores(PiImageModifier::getMuteValueName(), PiValueType::BOOL);
-    d.stores(PiImageModifier::getAffectValueName(), PiValueType::INT);
-    d.produces(PiImageModifier::getOutputName(), PiSocketType::IMAGE);
+    BtMotionUtils::describeModifierValues(d);
 }
 
 void BtVectorIncTool::registerTool() {
