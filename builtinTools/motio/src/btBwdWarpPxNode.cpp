@@ -2,6 +2,7 @@
 
 #include "assertions.h"
 #include "btBwdWarpProc.h"
+#include "btUnitTextureParams.h"
 #include "btWarpUtils.h"
 #include "pxImageTexture.h"
 
@@ -40,17 +41,7 @@ PxImageResult BwdWarpPxNode::getImageResult(PxImageContext const& context) const
     if (region.isEmpty())
         return image->getImageResult(context);
 
-    // Pixel positions to unit ones, u = (x + 0.5 - x1) / width, so that a
-    // whole position reads that pixel exactly.
-    double const width = region.getWidth();
-    double const height = region.getHeight();
-    SdTextureParams params;
-    params.textureTransform.linear = GeLinearMatrix2<double>::scaling(1.0 / width, 1.0 / height);
-    params.textureTransform.translation = {(0.5 - region.x1) / width, (0.5 - region.y1) / height};
-    params.filter = SdTextureParams::BILINEAR;
-    params.clampX = false;
-    params.clampY = false;
-    PxImageTexture texture(image, context, params);
+    PxImageTexture texture(image, context, BtUnitTextureParams::create(region));
 
     PxImageResult const motion = vectors->getImageResult(context);
     motion.reduceVI(interval);

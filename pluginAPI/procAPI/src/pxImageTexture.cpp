@@ -1,7 +1,7 @@
 #include "pxImageTexture.h"
 
 #include "assertions.h"
-#include "ixPixelUtil.h"
+#include "ixScanline.h"
 #include "pxConfig.h"
 
 #include <algorithm>
@@ -15,6 +15,10 @@ PxImageTexture::PxImageTexture(PxUPtr<PxImageProtocol const> const& image, PxIma
     QV_ASSERT(!_image.isNull());
     _region = PxImageProtocol::computeImagePixelRegion(_image, context.getTimeStreamContext(),
                                                        context.getProxyScale(), _interval);
+    _width = _region.getWidth();
+    _height = _region.getHeight();
+    _x1 = _region.x1;
+    _y1 = _region.y1;
 }
 
 int PxImageTexture::getBlockWidth() const {
@@ -25,10 +29,7 @@ int PxImageTexture::getBlockHeight() const {
     return PxConfig::getTileSizeY();
 }
 
-CoRgbaColorTyped<double> PxImageTexture::lookup(double x, double y, GeLinearMatrix2<double> const&) {
-    GePoint2<double> const unit = _params.textureTransform * GePoint2<double>{x, y};
-    double const px = unit.x * _region.getWidth() + _region.x1 - 0.5;
-    double const py = unit.y * _region.getHeight() + _region.y1 - 0.5;
+CoRgbaColorTyped<double> PxImageTexture::lookupPixel(double px, double py) {
     if (_params.filter == SdTextureParams::NEAREST) {
         CoRgbaColorTyped<float> const c =
             texel(static_cast<int>(std::floor(px + 0.5)), static_cast<int>(std::floor(py + 0.5)));
@@ -38,17 +39,11 @@ CoRgbaColorTyped<double> PxImageTexture::lookup(double x, double y, GeLinearMatr
     double const fy = std::floor(py);
     int const x0 = static_cast<int>(fx);
     int const y0 = static_cast<int>(fy);
-    double const wx = px - fx;
-    double const wy = py - fy;
-    CoRgbaColorTyped<float> const c00 = texel(x0, y0);
-    CoRgbaColorTyped<float> const c10 = texel(x0 + 1, y0);
-    CoRgbaColorTyped<float> const c01 = texel(x0, y0 + 1);
-    CoRgbaColorTyped<float> const c11 = texel(x0 + 1, y0 + 1);
-    auto mix = [&](float a, float b, float c, float d) {
-        return (1 - wy) * ((1 - wx) * a + wx * b) + wy * ((1 - wx) * c + wx * d);
-    };
-    return {mix(c00.r, c10.r, c01.r, c11.r), mix(c00.g, c10.g, c01.g, c11.g), mix(c00.b, c10.b, c01.b, c11.b),
-            mix(c00.a, c10.a, c01.a, c11.a)};
+    Rgba const c00 = texel(x0, y0);
+    Rgba const c10 = texel(x0 + 1, y0);
+    Rgba const c01 = texel(x0, y0 + 1);
+    Rgba const c11 = texel(x0 + 1, y0 + 1);
+    return blend(c00, c10, c01, c11, px - fx, py - fy);
 }
 
 CoRgbaColorTyped<float> PxImageTexture::texel(int x, int y) {
@@ -61,12 +56,18 @@ CoRgbaColorTyped<float> PxImageTexture::texel(int x, int y) {
     if (!_region.contains(x, y))
         return getFill();
     if (!_last || !_last->region.contains(x, y))
-        _last = &fetch(PxImageProtocol::convertPixelToTile({x, y}));
+        setLast(fetch(PxImageProtocol::convertPixelToTile({x, y})));
     if (!_last->region.contains(x, y))
         return getFill();
-    std::size_t const index = static_cast<std::size_t>(y - _last->region.y1) * _last->region.getWidth() +
-                              static_cast<std::size_t>(x - _last->region.x1);
-    return _last->pixels[index];
+    return _last->origin[(y - _last->region.y1) * _last->stride + (x - _last->region.x1)];
+}
+
+void PxImageTexture::setLast(Tile const& tile) {
+    _last = &tile;
+    GeRectangle<int> const inside = tile.region.getIntersection(_region);
+    _quads = inside.isEmpty() ? GeRectangle<double>{}
+                              : GeRectangle<double>{double(inside.x1), double(inside.x2 - 1),
+                                                    double(inside.y1), double(inside.y2 - 1)};
 }
 
 PxImageTexture::Tile const& PxImageTexture::fetch(GePoint2<int> const& position) {
@@ -82,12 +83,25 @@ PxImageTexture::Tile const& PxImageTexture::fetch(GePoint2<int> const& position)
         _hasFill = true;
     }
     tile.region = result.getPixelRegion();
-    tile.pixels.resize(static_cast<std::size_t>(tile.region.getWidth()) * tile.region.getHeight());
+    if (tile.region.isEmpty())
+        return tile;
     IxReadGuard const guard = result.getTileGuard();
-    std::size_t index = 0;
+    IxPixelFormat const& format = guard.getPixelFormat();
+    if (format.getComps() == IxPixelFormat::RGBA && format.getDepth() == IxPixelFormat::FLOAT32 &&
+        guard.getRowBytes() % sizeof(Rgba) == 0) {
+        // Already the form lookups read: keep the tile readable and read it in place.
+        tile.guard = guard;
+        tile.origin = guard.getLineAs<Rgba>(tile.region.y1);
+        tile.stride = static_cast<std::ptrdiff_t>(guard.getRowBytes() / sizeof(Rgba));
+        return tile;
+    }
+    std::size_t const width = static_cast<std::size_t>(tile.region.getWidth());
+    tile.pixels.resize(width * static_cast<std::size_t>(tile.region.getHeight()));
     for (int y = tile.region.y1; y < tile.region.y2; ++y)
-        for (int x = tile.region.x1; x < tile.region.x2; ++x)
-            tile.pixels[index++] = IxPixelUtil::getPixelColor(guard, x, y);
+        IxScanline<Rgba>(tile.region.getXInterval(), tile.pixels.data() + (y - tile.region.y1) * width)
+            .readFrom(guard, y);
+    tile.origin = tile.pixels.data();
+    tile.stride = static_cast<std::ptrdiff_t>(width);
     return tile;
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 // Reads an image at arbitrary positions, as warps do: tiles are fetched from
-// the image node when a lookup first needs them, converted once to RGBA
-// floats, and kept for the texture's life. A texture belongs to the request
+// the image node when a lookup first needs them and kept for the texture's
+// life, as RGBA floats: a tile already of that form is read in place, any
+// other is converted once, row by row. A texture belongs to the request
 // that made it: one worker at a time.
 //
 // Positions are taken to unit coordinates by the parameters' transform, then
@@ -12,9 +13,11 @@
 // between the edge pixels and the fill colour (SdTextureParams).
 #include "coColor.h"
 #include "geLinearMatrix2.h"
+#include "ixReadGuard.h"
 #include "pxImageProtocol.h"
 #include "sdTextureParams.h"
 
+#include <cstddef>
 #include <map>
 #include <utility>
 #include <vector>
@@ -42,24 +45,78 @@ public:
     void accumulateVI(PxValidityInterval& interval) const { interval.intersect(_interval); }
 
 private:
+    using Rgba = CoRgbaColorTyped<float>;
+
     struct Tile {
         GeRectangle<int> region;
-        std::vector<CoRgbaColorTyped<float>> pixels;
+        // Pixel (region.x1, region.y1), and the pixels from one row to the next.
+        Rgba const* origin = nullptr;
+        std::ptrdiff_t stride = 0;
+        // The tile's own pixels when they are RGBA floats already, else their conversion.
+        IxReadGuard guard;
+        std::vector<Rgba> pixels;
     };
 
+    // Where the four pixels around a position all lie in the last tile read
+    // (and in the image's pixels, so that neither the clamp nor the fill
+    // applies), they are read straight from it; the rest, and NEAREST, go
+    // through texel() one pixel at a time.
+    CoRgbaColorTyped<double> lookupPixel(double px, double py);
+    // The bilinear mix of the pixels at (x0, y0), (x0 + 1, y0), (x0, y0 + 1)
+    // and (x0 + 1, y0 + 1), with weights wx and wy of the second column and row.
+    static CoRgbaColorTyped<double> blend(Rgba const& c00, Rgba const& c10, Rgba const& c01, Rgba const& c11,
+                                          double wx, double wy);
     CoRgbaColorTyped<float> texel(int x, int y);
     Tile const& fetch(GePoint2<int> const& tile);
     CoRgbaColorTyped<float> const& getFill();
+    void setLast(Tile const& tile);
 
     PxUPtr<PxImageProtocol const> _image;
     PxImageContext _context;
     SdTextureParams _params;
     GeRectangle<int> _region;
+    double _width = 0;
+    double _height = 0;
+    double _x1 = 0;
+    double _y1 = 0;
     PxValidityInterval _interval;
     std::map<std::pair<int, int>, Tile> _tiles;
     Tile const* _last = nullptr;
+    // The last tile's pixels within the image's, less the last column and
+    // row: where the positions lie whose 2x2 neighbourhood is in the tile whole.
+    GeRectangle<double> _quads;
     bool _hasFill = false;
     CoRgbaColorTyped<float> _fill;
 };
+
+inline CoRgbaColorTyped<double> PxImageTexture::lookup(double x, double y, GeLinearMatrix2<double> const&) {
+    GePoint2<double> const unit = _params.textureTransform * GePoint2<double>{x, y};
+    double const px = unit.x * _width + _x1 - 0.5;
+    double const py = unit.y * _height + _y1 - 0.5;
+    if (_params.filter != SdTextureParams::BILINEAR)
+        return lookupPixel(px, py);
+    // The range check first, in doubles (NaN fails it), so that floor() can
+    // be a truncation, which needs no call, corrected below zero.
+    if (!(_quads.x1 <= px && px < _quads.x2 && _quads.y1 <= py && py < _quads.y2))
+        return lookupPixel(px, py);
+    int const tx = static_cast<int>(px);
+    int const ty = static_cast<int>(py);
+    int const x0 = tx - (px < tx);
+    int const y0 = ty - (py < ty);
+    double const wx = px - x0;
+    double const wy = py - y0;
+    Rgba const* row0 = _last->origin + (y0 - _last->region.y1) * _last->stride + (x0 - _last->region.x1);
+    Rgba const* row1 = row0 + _last->stride;
+    return blend(row0[0], row0[1], row1[0], row1[1], wx, wy);
+}
+
+inline CoRgbaColorTyped<double> PxImageTexture::blend(Rgba const& c00, Rgba const& c10, Rgba const& c01,
+                                                      Rgba const& c11, double wx, double wy) {
+    auto mix = [&](float a, float b, float c, float d) {
+        return (1 - wy) * ((1 - wx) * a + wx * b) + wy * ((1 - wx) * c + wx * d);
+    };
+    return {mix(c00.r, c10.r, c01.r, c11.r), mix(c00.g, c10.g, c01.g, c11.g), mix(c00.b, c10.b, c01.b, c11.b),
+            mix(c00.a, c10.a, c01.a, c11.a)};
+}
 
 } // namespace Qv

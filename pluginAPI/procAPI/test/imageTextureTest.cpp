@@ -1,0 +1,140 @@
+// The texture's reads of tiles it already holds: pixels of RGBA floats read
+// in place, other formats converted, and every lookup after the first the
+// same as a lookup that starts from nothing.
+#include "ixPixelUtil.h"
+#include "pxConfig.h"
+#include "pxImageTestUtil.h"
+#include "pxImageTexture.h"
+#include "pxTestUtil.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qv;
+using PxTest::RampImageNode;
+
+namespace {
+
+struct TileSize {
+    explicit TileSize(int size) { PxConfig::setTileSize(size, size); }
+    ~TileSize() { PxConfig::setTileSize(PxConfig::DEFAULT_TILE_SIZE, PxConfig::DEFAULT_TILE_SIZE); }
+};
+
+// RGB half floats over 40 by 20 pixels: pixel (x, y) is (x, y, 0.5), which
+// the texture reads as (x, y, 0.5, 1); every value is exact in halves.
+class HalfRampNode : public PxImageProtocol {
+public:
+    explicit HalfRampNode(PxNode::Init const& init)
+        : PxNode(init), PxImageProtocol(init),
+          _format(PxImageFormat(IxPixelFormat(IxPixelFormat::RGB, IxPixelFormat::FLOAT16), Rational(24, 1)),
+                  PxValidityInterval::FULL) {}
+
+    PxResult<PxImageFormat> getImageFormat() const override { return _format; }
+    PxRODResult getImageROD(PxTimeStreamContext const&) const override {
+        return PxRODResult(pixelizedToNominal(PIXELS, 1.0, 1.0), PxValidityInterval::FULL);
+    }
+    PxImageResult getImageResult(PxImageContext const& context) const override {
+        GeRectangle<int> const region = PIXELS.getIntersection(getTilePixels(context.getTilePosition()));
+        if (region.isEmpty())
+            return PxImageResult(allocateEmptyImageBuffer(FILL), PxValidityInterval::FULL);
+        IxTile const tile = allocateImageBuffer(context, FILL, region);
+        IxWriteGuard const out(tile);
+        for (int y = region.y1; y < region.y2; ++y)
+            for (int x = region.x1; x < region.x2; ++x)
+                IxPixelUtil::setPixelColor(out, x, y, {float(x), float(y), 0.5f, 1.0f});
+        return PxImageResult(tile, PxValidityInterval::FULL);
+    }
+
+    static constexpr GeRectangle<int> PIXELS{0, 40, 0, 20};
+    static constexpr CoRgbaColorTyped<float> FILL{0.25f, 0.5f, 0.75f, 0.0f};
+
+private:
+    PxResult<PxImageFormat> _format;
+};
+
+// Whole positions give pixels, so that (x, y) reads pixel (x, y).
+SdTextureParams pixelParams(int filter, bool clamp) {
+    SdTextureParams params;
+    params.textureTransform.linear = GeLinearMatrix2<double>::scaling(1.0 / 40, 1.0 / 20);
+    params.textureTransform.translation = {0.5 / 40, 0.5 / 20};
+    params.filter = filter;
+    params.clampX = params.clampY = clamp;
+    return params;
+}
+
+} // namespace
+
+// A converted tile reads as the pixels it holds: between them the bilinear
+// mix, across a tile border too; beyond them the fill or the edge.
+TEST(PxImageTexture, ReadsTilesOfOtherFormatsConverted) {
+    TileSize const size(16);
+    auto const ramp = PxTest::makeNode<HalfRampNode>();
+    PxNodePtr<PxImageProtocol const> const held(ramp);
+    PxTest::runAsRequest([&] {
+        PxUPtr<PxImageProtocol const> const node(held);
+        struct Case {
+            int filter;
+            bool clamp;
+            double x, y;
+            CoRgbaColorTyped<double> expected;
+        };
+        for (Case const& c : {
+                 Case{SdTextureParams::BILINEAR, false, 17, 3, {17, 3, 0.5, 1}},
+                 Case{SdTextureParams::BILINEAR, false, 17.25, 3.75, {17.25, 3.75, 0.5, 1}},
+                 Case{SdTextureParams::BILINEAR, false, 15.5, 15.5, {15.5, 15.5, 0.5, 1}}, // four tiles
+                 Case{SdTextureParams::BILINEAR, false, -0.5, 2, {0.125, 1.25, 0.625, 0.5}},
+                 Case{SdTextureParams::BILINEAR, true, -0.5, 2, {0, 2, 0.5, 1}},
+                 Case{SdTextureParams::NEAREST, false, 17.4, 3.6, {17, 4, 0.5, 1}},
+                 Case{SdTextureParams::NEAREST, false, 40, 3, {0.25, 0.5, 0.75, 0}},
+             }) {
+            PxImageTexture texture(node, PxImageContext(0.0, {0, 0}), pixelParams(c.filter, c.clamp));
+            // Twice: the second reads the tiles the first fetched.
+            for (int pass = 0; pass < 2; ++pass) {
+                CoRgbaColorTyped<double> const got = texture.lookup(c.x, c.y);
+                EXPECT_DOUBLE_EQ(got.r, c.expected.r) << c.x << "," << c.y << " pass " << pass;
+                EXPECT_DOUBLE_EQ(got.g, c.expected.g) << c.x << "," << c.y << " pass " << pass;
+                EXPECT_DOUBLE_EQ(got.b, c.expected.b) << c.x << "," << c.y << " pass " << pass;
+                EXPECT_DOUBLE_EQ(got.a, c.expected.a) << c.x << "," << c.y << " pass " << pass;
+            }
+        }
+    });
+}
+
+// Sweeping positions in rows, within tiles, across their borders and past
+// the pixels, a texture that holds tiles from earlier lookups gives exactly
+// what a new texture gives for that one lookup.
+TEST(PxImageTexture, LookupsFromHeldTilesEqualFirstLookups) {
+    TileSize const size(16);
+    PxNodePtr<PxImageProtocol const> const floats(
+        PxTest::makeNode<RampImageNode>(GeRectangle<float>{0, 40, 0, 20}));
+    PxNodePtr<PxImageProtocol const> const halves(PxTest::makeNode<HalfRampNode>());
+    struct Case {
+        PxNodePtr<PxImageProtocol const> const* node;
+        int filter;
+        bool clamp;
+    };
+    for (Case const& c :
+         {Case{&floats, SdTextureParams::BILINEAR, false}, Case{&floats, SdTextureParams::BILINEAR, true},
+          Case{&floats, SdTextureParams::NEAREST, false}, Case{&halves, SdTextureParams::BILINEAR, false},
+          Case{&halves, SdTextureParams::NEAREST, true}}) {
+        PxTest::runAsRequest([&] {
+            PxUPtr<PxImageProtocol const> const node(*c.node);
+            SdTextureParams const params = pixelParams(c.filter, c.clamp);
+            PxImageContext const context(0.0, {0, 0});
+            PxImageTexture held(node, context, params);
+            int mismatches = 0;
+            for (double y = -2.5; y < 22; y += 0.625)
+                for (double x = -2.5; x < 42; x += 0.375) {
+                    CoRgbaColorTyped<double> const got = held.lookup(x, y);
+                    CoRgbaColorTyped<double> const first = PxImageTexture(node, context, params).lookup(x, y);
+                    if (got != first) {
+                        ADD_FAILURE()
+                            << "at " << x << "," << y << " filter " << c.filter << " clamp " << c.clamp
+                            << ": " << got.r << " " << got.g << " " << got.b << " " << got.a << " instead of "
+                            << first.r << " " << first.g << " " << first.b << " " << first.a;
+                        if (++mismatches > 5)
+                            return;
+                    }
+                }
+        });
+    }
+}
