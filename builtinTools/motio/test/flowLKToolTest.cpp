@@ -8,8 +8,6 @@
 #include "motioTestSupport.h"
 #include "piImageInputPolicy.h"
 #include "piImageModifier.h"
-#include "piOstrandToolProtocol.h"
-#include "piToolRegistry.h"
 
 #include <gtest/gtest.h>
 
@@ -46,8 +44,7 @@ PxStrongHndl<PxImageProtocol> movingPatternFlow(GeRectangle<int> const& region) 
 } // namespace
 
 TEST_F(FlowLK, IsAnInnerToolOfGradientAndDerivative) {
-    RCShdPtr<PiTool const> tool =
-        PiToolRegistry::getInstance().getTool(PiOstrandToolProtocol::getOstrandToolName("Lucas-Kanade Flow"));
+    RCShdPtr<PiTool const> tool = registeredTool("Lucas-Kanade Flow");
     ASSERT_TRUE(tool);
     EXPECT_EQ(tool->getProtocol().getCategory(), PiToolProtocol::getTestCategory());
     EXPECT_EQ(tool->getProtocol().getDescription(),

@@ -8,8 +8,6 @@
 #include "motioTestSupport.h"
 #include "piImageInputPolicy.h"
 #include "piImageModifier.h"
-#include "piOstrandToolProtocol.h"
-#include "piToolRegistry.h"
 #include "piUserInterface.h"
 
 using namespace Qv;
@@ -70,8 +68,7 @@ TEST_F(MotioKernelTools, AreTestToolsWithTheirInputsAndMasking) {
     };
     for (ToolSpec const& spec : tools) {
         SCOPED_TRACE(spec.name);
-        RCShdPtr<PiTool const> const tool =
-            PiToolRegistry::getInstance().getTool(PiOstrandToolProtocol::getOstrandToolName(spec.name));
+        RCShdPtr<PiTool const> const tool = registeredTool(spec.name);
         ASSERT_TRUE(tool);
         PiToolProtocol const& protocol = tool->getProtocol();
         EXPECT_EQ(protocol.getCategory(), PiToolProtocol::getTestCategory());

@@ -12,6 +12,8 @@
 #include "piGraph.h"
 #include "piImageSocket.h"
 #include "piNode.h"
+#include "piOstrandToolProtocol.h"
+#include "piToolRegistry.h"
 #include "pxConfig.h"
 #include "pxEmptyImageNode.h"
 #include "pxImageMultiTileRequest.h"
@@ -318,6 +320,11 @@ protected:
         node->getInput("Height")->setConstantValue(height);
         node->getInput("Color")->setConstantValue(rgb);
         return node;
+    }
+
+    // The tool registered under that name, null when there is none.
+    static RCShdPtr<PiTool const> registeredTool(std::string const& name) {
+        return PiToolRegistry::getInstance().getTool(PiOstrandToolProtocol::getOstrandToolName(name));
     }
 
     // What the node's output shows at the time.

@@ -6,8 +6,6 @@
 #include "piFootageInterface.h"
 #include "piImageInputPolicy.h"
 #include "piImageModifier.h"
-#include "piOstrandToolProtocol.h"
-#include "piToolRegistry.h"
 
 #include <gtest/gtest.h>
 
@@ -42,8 +40,7 @@ protected:
 } // namespace
 
 TEST_F(TimeDerivative, IsAnInnerToolOfOneImageInput) {
-    RCShdPtr<PiTool const> tool =
-        PiToolRegistry::getInstance().getTool(PiOstrandToolProtocol::getOstrandToolName("Time Derivative"));
+    RCShdPtr<PiTool const> tool = registeredTool("Time Derivative");
     ASSERT_TRUE(tool);
     EXPECT_EQ(tool->getProtocol().getCategory(), PiToolProtocol::getTestCategory());
     EXPECT_EQ(tool->getProtocol().getDescription(),

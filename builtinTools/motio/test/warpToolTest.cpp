@@ -6,7 +6,6 @@
 #include "piImageInputPolicy.h"
 #include "piImageModifier.h"
 #include "piOstrandToolProtocol.h"
-#include "piToolRegistry.h"
 
 #include <gtest/gtest.h>
 #include <vector>
@@ -59,8 +58,7 @@ TEST_F(WarpTools, AreInnerToolsOfTheirOwn) {
     };
     for (Case const& c : cases) {
         SCOPED_TRACE(c.name);
-        RCShdPtr<PiTool const> const tool =
-            PiToolRegistry::getInstance().getTool(PiOstrandToolProtocol::getOstrandToolName(c.name));
+        RCShdPtr<PiTool const> const tool = registeredTool(c.name);
         ASSERT_TRUE(tool);
         PiToolProtocol const& protocol = tool->getProtocol();
         EXPECT_EQ(protocol.getCategory(), PiToolProtocol::getTestCategory());
