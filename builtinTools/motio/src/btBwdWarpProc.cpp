@@ -21,6 +21,10 @@ inline double keepNear(double p, double low, double high) {
     return p < high ? p : high;
 }
 
+bool isRgbaFloat(IxPixelFormat const& format) {
+    return format.getComps() == IxPixelFormat::RGBA && format.getDepth() == IxPixelFormat::FLOAT32;
+}
+
 } // namespace
 
 BtBwdWarpProc::BtBwdWarpProc(PxImageTexture& texture, IxReadGuard const& vectors, IxWriteGuard const& out)
@@ -43,6 +47,10 @@ void BtBwdWarpProc::run() {
     // A pixel without a vector stays where it is.
     IxPaddingPolicy<Rgba> const still = IxPaddingPolicy<Rgba>::constant({0.0f, 0.0f, 0.0f, 1.0f});
     GeLinearMatrix2<double> const derivatives; // identity: the lookup does not widen
+    // Tiles of RGBA floats over the whole region are read and written in
+    // place; others go through the scanlines' conversions.
+    bool const vectorsInPlace = isRgbaFloat(_vectors.getPixelFormat()) && _vectors.getPixelRegion() == region;
+    bool const outInPlace = isRgbaFloat(_out.getPixelFormat());
 
     for (int by = region.y1; by < region.y2; by += blockHeight) {
         int const byEnd = std::min(by + blockHeight, region.y2);
@@ -52,17 +60,20 @@ void BtBwdWarpProc::run() {
             IxScanline<Rgba> motion(columns, motionBuffer.data(), still);
             IxScanline<Rgba> line(columns, lineBuffer.data());
             int const width = columns.getLength();
+            std::ptrdiff_t const offset = bx - region.x1;
             for (int y = by; y < byEnd; ++y) {
-                motion.readFrom(_vectors, y);
-                Rgba const* v = motion.getData();
-                Rgba* o = line.getData();
+                if (!vectorsInPlace)
+                    motion.readFrom(_vectors, y);
+                Rgba const* v = vectorsInPlace ? _vectors.getLineAs<Rgba>(y) + offset : motion.getData();
+                Rgba* o = outInPlace ? _out.getLineAs<Rgba>(y) + offset : line.getData();
                 for (int i = 0; i < width; ++i) {
                     double const x = keepNear(double(bx + i) + double(v[i].r), lowX, highX);
                     double const yy = keepNear(double(y) + double(v[i].g), lowY, highY);
                     CoRgbaColorTyped<double> const c = _texture.lookup(x, yy, derivatives);
                     o[i] = {float(c.r), float(c.g), float(c.b), float(c.a)};
                 }
-                line.writeTo(_out, y);
+                if (!outInPlace)
+                    line.writeTo(_out, y);
             }
         }
     }

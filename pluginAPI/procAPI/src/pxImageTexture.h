@@ -18,7 +18,11 @@
 #include "sdTextureParams.h"
 
 #include <cstddef>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 #include <map>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -112,11 +116,39 @@ inline CoRgbaColorTyped<double> PxImageTexture::lookup(double x, double y, GeLin
 
 inline CoRgbaColorTyped<double> PxImageTexture::blend(Rgba const& c00, Rgba const& c10, Rgba const& c01,
                                                       Rgba const& c11, double wx, double wy) {
+#if defined(__SSE2__)
+    // The same operations in the same order as below, two components at a
+    // time: the results are the same to the bit.
+    __m128d const ux = _mm_set1_pd(1 - wx);
+    __m128d const vx = _mm_set1_pd(wx);
+    __m128d const uy = _mm_set1_pd(1 - wy);
+    __m128d const vy = _mm_set1_pd(wy);
+    auto mix = [&](__m128d a, __m128d b, __m128d c, __m128d d) {
+        return _mm_add_pd(_mm_mul_pd(uy, _mm_add_pd(_mm_mul_pd(ux, a), _mm_mul_pd(vx, b))),
+                          _mm_mul_pd(vy, _mm_add_pd(_mm_mul_pd(ux, c), _mm_mul_pd(vx, d))));
+    };
+    // A colour is four floats in a row.
+    static_assert(sizeof(Rgba) == 4 * sizeof(float) && std::is_standard_layout_v<Rgba>);
+    __m128 const a = _mm_loadu_ps(&c00.r);
+    __m128 const b = _mm_loadu_ps(&c10.r);
+    __m128 const c = _mm_loadu_ps(&c01.r);
+    __m128 const d = _mm_loadu_ps(&c11.r);
+    __m128d const rg = mix(_mm_cvtps_pd(a), _mm_cvtps_pd(b), _mm_cvtps_pd(c), _mm_cvtps_pd(d));
+    __m128d const ba = mix(_mm_cvtps_pd(_mm_movehl_ps(a, a)), _mm_cvtps_pd(_mm_movehl_ps(b, b)),
+                           _mm_cvtps_pd(_mm_movehl_ps(c, c)), _mm_cvtps_pd(_mm_movehl_ps(d, d)));
+    CoRgbaColorTyped<double> result;
+    _mm_storel_pd(&result.r, rg);
+    _mm_storeh_pd(&result.g, rg);
+    _mm_storel_pd(&result.b, ba);
+    _mm_storeh_pd(&result.a, ba);
+    return result;
+#else
     auto mix = [&](float a, float b, float c, float d) {
         return (1 - wy) * ((1 - wx) * a + wx * b) + wy * ((1 - wx) * c + wx * d);
     };
     return {mix(c00.r, c10.r, c01.r, c11.r), mix(c00.g, c10.g, c01.g, c11.g), mix(c00.b, c10.b, c01.b, c11.b),
             mix(c00.a, c10.a, c01.a, c11.a)};
+#endif
 }
 
 } // namespace Qv
