@@ -137,3 +137,36 @@ TEST(BwdWarpPxNode, ACancelledRequestLeavesByItsException) {
     EXPECT_THROW(evaluateTile(warp, PxImageContext(0.0, {0, 0}), true), PxEx::ExRequestCancelled);
     EXPECT_EQ(evaluateTileAt(warp, 0, 0).getPixelRegion(), SMALL_FRAME);
 }
+
+// Half-float images and vectors go through the conversions instead of being
+// read and written in place, and warp as their float forms do: here every
+// value, the output's too, is exact in halves.
+TEST(BwdWarpPxNode, HalfFloatImagesAndVectorsWarpAsFloatOnes) {
+    PixelFn const ramp = [](int x, int y) { return Rgba{float(x), float(y), 0.5f, 1.0f}; };
+    VectorFn const field = [](int x, int y) {
+        return std::pair{0.5f * float((x + 20) % 3) - 0.5f, 0.25f * float((y + 10) % 4) - 0.25f};
+    };
+    auto vectorsIn = [&](IxPixelFormat::Comps comps, IxPixelFormat::Depth depth) {
+        return functionImage(LARGE_FRAME,
+                             [&](int x, int y) {
+                                 auto const [vx, vy] = field(x, y);
+                                 return Rgba{vx, vy, 0.0f, 1.0f};
+                             },
+                             {.comps = comps, .depth = depth});
+    };
+    auto const floats = BtBwdWarpTool::createPxNode(functionImage(LARGE_FRAME, ramp, {.fill = FILL}),
+                                                    vectorImage(LARGE_FRAME, field));
+    auto const halves = BtBwdWarpTool::createPxNode(
+        functionImage(LARGE_FRAME, ramp, {.fill = FILL, .depth = IxPixelFormat::FLOAT16}),
+        vectorsIn(IxPixelFormat::RGB, IxPixelFormat::FLOAT16));
+    for (int tileSize : {5, 256}) {
+        TileSize const size(tileSize);
+        IxTile const expected = evaluateFrame(floats);
+        IxTile const got = evaluateFrame(halves);
+        EXPECT_EQ(got.getPixelFormat(), IxPixelFormat(IxPixelFormat::RGBA, IxPixelFormat::FLOAT16));
+        EXPECT_EQ(firstDifference(got, expected, 0.0f), "") << "tiles of " << tileSize;
+        // The ramp moved by the field, within the image.
+        IxReadGuard const guard(expected);
+        EXPECT_EQ(IxPixelUtil::getPixelColor(guard, 1, 2), (Rgba{0.5f, 1.75f, 0.5f, 1.0f}));
+    }
+}

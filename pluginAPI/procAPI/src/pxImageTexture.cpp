@@ -15,10 +15,12 @@ PxImageTexture::PxImageTexture(PxUPtr<PxImageProtocol const> const& image, PxIma
     QV_ASSERT(!_image.isNull());
     _region = PxImageProtocol::computeImagePixelRegion(_image, context.getTimeStreamContext(),
                                                        context.getProxyScale(), _interval);
-    _width = _region.getWidth();
-    _height = _region.getHeight();
-    _x1 = _region.x1;
-    _y1 = _region.y1;
+    GeAffineMatrix2<double> const& transform = _params.textureTransform;
+    _placement = {{transform.linear.m00, transform.linear.m10},
+                  {transform.linear.m01, transform.linear.m11},
+                  {transform.translation.x, transform.translation.y},
+                  {double(_region.getWidth()), double(_region.getHeight())},
+                  {double(_region.x1), double(_region.y1)}};
 }
 
 int PxImageTexture::getBlockWidth() const {
@@ -65,9 +67,11 @@ CoRgbaColorTyped<float> PxImageTexture::texel(int x, int y) {
 void PxImageTexture::setLast(Tile const& tile) {
     _last = &tile;
     GeRectangle<int> const inside = tile.region.getIntersection(_region);
-    _quads = inside.isEmpty() ? GeRectangle<double>{}
-                              : GeRectangle<double>{double(inside.x1), double(inside.x2 - 1),
-                                                    double(inside.y1), double(inside.y2 - 1)};
+    bool const empty = inside.isEmpty();
+    _quadLow[0] = empty ? 0 : inside.x1;
+    _quadLow[1] = empty ? 0 : inside.y1;
+    _quadHigh[0] = empty ? 0 : inside.x2 - 1;
+    _quadHigh[1] = empty ? 0 : inside.y2 - 1;
 }
 
 PxImageTexture::Tile const& PxImageTexture::fetch(GePoint2<int> const& position) {
