@@ -2,6 +2,7 @@
 
 #include "assertions.h"
 #include "lgLog.h"
+#include "mbBuffer.h"
 
 #include <algorithm>
 #include <cctype>
@@ -24,7 +25,17 @@ StBufferManager& StBufferManager::getInstance() {
     return *instance;
 }
 
-StBufferManager::StBufferManager() : _budget(readBudgetFromEnvironment()) {}
+namespace {
+// Freed tile memory kept for reuse sits outside the budget's count: a small
+// budget keeps little of it.
+void boundRecycling(std::size_t budget) {
+    MbBuffer::setRecycleLimit(std::min(MbBuffer::DEFAULT_RECYCLE_LIMIT, budget / 4));
+}
+} // namespace
+
+StBufferManager::StBufferManager() : _budget(readBudgetFromEnvironment()) {
+    boundRecycling(_budget);
+}
 
 std::size_t StBufferManager::computeDefaultBudget() {
     long const pages = sysconf(_SC_PHYS_PAGES);
@@ -61,8 +72,11 @@ std::size_t StBufferManager::getBudget() const {
 }
 
 void StBufferManager::setBudget(std::size_t bytes) {
-    std::lock_guard lock(_mutex);
-    _budget = bytes;
+    {
+        std::lock_guard lock(_mutex);
+        _budget = bytes;
+    }
+    boundRecycling(bytes);
 }
 
 std::size_t StBufferManager::getUsed() const {

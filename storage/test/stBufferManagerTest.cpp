@@ -1,5 +1,6 @@
 // The image memory budget: what it is read from, and that neither factory
 // buffers nor cached tiles ever take the used bytes above it.
+#include "mbBuffer.h"
 #include "stBufferEx.h"
 #include "stTestUtil.h"
 
@@ -62,6 +63,17 @@ TEST_F(BufferBudgetTest, FactoryBuffersAreCountedUntilTheirLastHolderLetsGo) {
     EXPECT_EQ(memory->getSize(), 1000u);
     EXPECT_EQ(factory.allocate(0, 64, "Counted")->getSize(), 0u);
     EXPECT_FALSE(StBsBufferFactory::isFactoryMemory(makeTile(1.0f)));
+}
+
+TEST_F(BufferBudgetTest, FreedTileMemoryKeptForReuseStaysWellInsideTheBudget) {
+    StBufferManager& manager = StBufferManager::getInstance();
+    if (MbBuffer::getRecycleLimit() == 0)
+        GTEST_SKIP() << "this build does not recycle (address sanitizer)";
+    manager.setBudget(8 * MIB);
+    EXPECT_EQ(MbBuffer::getRecycleLimit(), 2 * MIB);
+    EXPECT_LE(MbBuffer::getRecycledBytes(), 2 * MIB);
+    manager.setBudget(std::size_t(1) << 30);
+    EXPECT_EQ(MbBuffer::getRecycleLimit(), MbBuffer::DEFAULT_RECYCLE_LIMIT);
 }
 
 TEST_F(BufferBudgetTest, OutOfBuffersWhenNothingCanBeEvicted) {

@@ -1,20 +1,134 @@
 #include "mbBuffer.h"
 
+#include <mutex>
 #include <new>
+#include <unordered_map>
+#include <vector>
 
 namespace Qv {
 
-RCShdPtr<MbBuffer> MbBuffer::create(std::size_t size) {
-    return RCShdPtr<MbBuffer>(new MbBuffer(size));
+namespace {
+
+// Address sanitizer builds do not recycle: reuse would hide a use after free.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool RECYCLING = false;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+constexpr bool RECYCLING = false;
+#else
+constexpr bool RECYCLING = true;
+#endif
+#else
+constexpr bool RECYCLING = true;
+#endif
+
+std::byte* allocateAligned(std::size_t size) {
+    return static_cast<std::byte*>(::operator new(size, std::align_val_t(MbBuffer::ALIGNMENT)));
 }
 
-MbBuffer::MbBuffer(std::size_t size)
-    : _data(size ? static_cast<std::byte*>(::operator new(size, std::align_val_t(ALIGNMENT))) : nullptr),
-      _size(size) {}
+void freeAligned(std::byte* data) {
+    ::operator delete(data, std::align_val_t(MbBuffer::ALIGNMENT));
+}
+
+// Freed blocks by size. Few sizes occur (the tile grid's full, edge and corner
+// tiles of a few formats), so each list is short-lived and the lock brief.
+class RecyclePool {
+public:
+    std::byte* take(std::size_t size) {
+        std::lock_guard lock(_mutex);
+        auto found = _free.find(size);
+        if (found == _free.end() || found->second.empty())
+            return nullptr;
+        std::byte* data = found->second.back();
+        found->second.pop_back();
+        _bytes -= size;
+        return data;
+    }
+
+    // False when the block does not fit under the limit: the caller frees it.
+    bool give(std::byte* data, std::size_t size) {
+        std::lock_guard lock(_mutex);
+        if (size > _limit || _bytes > _limit - size)
+            return false;
+        _free[size].push_back(data);
+        _bytes += size;
+        return true;
+    }
+
+    void setLimit(std::size_t bytes) {
+        std::vector<std::byte*> excess;
+        {
+            std::lock_guard lock(_mutex);
+            _limit = bytes;
+            for (auto& [size, blocks] : _free)
+                while (_bytes > _limit && !blocks.empty()) {
+                    excess.push_back(blocks.back());
+                    blocks.pop_back();
+                    _bytes -= size;
+                }
+        }
+        for (std::byte* data : excess)
+            freeAligned(data);
+    }
+
+    std::size_t getLimit() const {
+        std::lock_guard lock(_mutex);
+        return _limit;
+    }
+
+    std::size_t getBytes() const {
+        std::lock_guard lock(_mutex);
+        return _bytes;
+    }
+
+private:
+    mutable std::mutex _mutex;
+    std::unordered_map<std::size_t, std::vector<std::byte*>> _free;
+    std::size_t _bytes = 0;
+    std::size_t _limit = RECYCLING ? MbBuffer::DEFAULT_RECYCLE_LIMIT : 0;
+};
+
+RecyclePool& pool() {
+    // Never deleted: buffers may be freed during the exit of the process.
+    static RecyclePool* const instance = new RecyclePool;
+    return *instance;
+}
+
+} // namespace
+
+RCShdPtr<MbBuffer> MbBuffer::create(std::size_t size) {
+    std::byte* data = nullptr;
+    if (size >= MIN_RECYCLED_SIZE)
+        data = pool().take(size);
+    if (!data && size)
+        data = allocateAligned(size);
+    try {
+        return RCShdPtr<MbBuffer>(new MbBuffer(data, size));
+    } catch (...) {
+        if (data)
+            freeAligned(data);
+        throw;
+    }
+}
 
 MbBuffer::~MbBuffer() {
-    if (_data)
-        ::operator delete(_data, std::align_val_t(ALIGNMENT));
+    if (!_data)
+        return;
+    if (_size >= MIN_RECYCLED_SIZE && pool().give(_data, _size))
+        return;
+    freeAligned(_data);
+}
+
+void MbBuffer::setRecycleLimit(std::size_t bytes) {
+    pool().setLimit(RECYCLING ? bytes : 0);
+}
+
+std::size_t MbBuffer::getRecycleLimit() {
+    return pool().getLimit();
+}
+
+std::size_t MbBuffer::getRecycledBytes() {
+    return pool().getBytes();
 }
 
 } // namespace Qv
