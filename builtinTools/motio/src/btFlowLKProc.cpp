@@ -20,67 +20,140 @@ constexpr int SIZE = BtFlowLKProc::WINDOW_SIZE;
 constexpr int BORDER = BtFlowLKProc::BORDER;
 // Below this, in absolute value, a determinant or a norm counts as zero.
 constexpr float EPSILON = 1e-5f;
+// gx gx, gx gy, gy gy, gx (-t), gy (-t): the five sums of the normal equations.
+constexpr int PRODUCTS = 5;
 
-// The five products of one window column, each kept in a ring of SIZE
-// columns, and their totals over the window.
-struct WindowSums {
-    float xx[SIZE] = {};
-    float xy[SIZE] = {};
-    float yy[SIZE] = {};
-    float xt[SIZE] = {};
-    float yt[SIZE] = {};
-    float a = 0.0f, b = 0.0f, c = 0.0f, d = 0.0f, e = 0.0f;
+// Row-wide work space, made once per tile so that the row loop allocates
+// nothing. Each source line's five products are made once, as the line
+// enters the window, into a ring of SIZE lines (by row modulo SIZE); a row's
+// window column sums and running totals are whole lines too, so that every
+// pass but the running totals is a plain loop over the columns.
+class Rows {
+public:
+    explicit Rows(int sourceWidth, int width)
+        : _sourceWidth(static_cast<std::size_t>(sourceWidth)), _width(static_cast<std::size_t>(width)),
+          _products(_sourceWidth * PRODUCTS * SIZE), _columns(_sourceWidth * PRODUCTS),
+          _totals(_width * PRODUCTS) {}
 
-    // Sums source column `column` of the window's lines into ring cell i and
-    // adds the cell to the totals. The cell must be zero.
-    void enter(int i, Rgba const* const* gradient, float const* const* derivative, int column) {
-        for (int line = 0; line < SIZE; ++line) {
-            float const gx = gradient[line][column].r;
-            float const gy = gradient[line][column].g;
-            float const et = 0.0f - derivative[line][column];
-            xx[i] += gx * gx;
-            xy[i] += gx * gy;
-            yy[i] += gy * gy;
-            xt[i] += gx * et;
-            yt[i] += gy * et;
+    // The products of a source line of row y.
+    void enter(int y, Rgba const* gradient, float const* derivative) {
+        float* const p = product(slot(y), 0);
+        std::size_t const n = _sourceWidth;
+        for (std::size_t x = 0; x < n; ++x) {
+            float const gx = gradient[x].r;
+            float const gy = gradient[x].g;
+            float const et = 0.0f - derivative[x];
+            p[x] = gx * gx;
+            p[n + x] = gx * gy;
+            p[2 * n + x] = gy * gy;
+            p[3 * n + x] = gx * et;
+            p[4 * n + x] = gy * et;
         }
-        a += xx[i];
-        b += xy[i];
-        c += yy[i];
-        d += xt[i];
-        e += yt[i];
     }
 
-    // Takes ring cell i out of the totals and clears it.
-    void leave(int i) {
-        a -= xx[i];
-        b -= xy[i];
-        c -= yy[i];
-        d -= xt[i];
-        e -= yt[i];
-        xx[i] = xy[i] = yy[i] = xt[i] = yt[i] = 0.0f;
+    // The window column sums of the rows centred on y, each summed from
+    // zero down the window's lines.
+    void sumColumns(int y) {
+        std::size_t const n = _sourceWidth;
+        for (int k = 0; k < PRODUCTS; ++k) {
+            float const* l0 = product(slot(y - 2), k);
+            float const* l1 = product(slot(y - 1), k);
+            float const* l2 = product(slot(y), k);
+            float const* l3 = product(slot(y + 1), k);
+            float const* l4 = product(slot(y + 2), k);
+            float* const s = column(k);
+            for (std::size_t x = 0; x < n; ++x)
+                s[x] = ((((0.0f + l0[x]) + l1[x]) + l2[x]) + l3[x]) + l4[x];
+        }
     }
+
+    // The window totals of each pixel of the row, kept running along it: the
+    // column leaving the window is taken out before the one entering is
+    // added, the first window starting from the sum of its first SIZE - 1
+    // columns.
+    void runTotals() {
+        float const* const xx = column(0);
+        float const* const xy = column(1);
+        float const* const yy = column(2);
+        float const* const xt = column(3);
+        float const* const yt = column(4);
+        float a = 0.0f, b = 0.0f, c = 0.0f, d = 0.0f, e = 0.0f;
+        for (int i = 0; i < SIZE - 1; ++i) {
+            a += xx[i];
+            b += xy[i];
+            c += yy[i];
+            d += xt[i];
+            e += yt[i];
+        }
+        float* const ta = total(0);
+        float* const tb = total(1);
+        float* const tc = total(2);
+        float* const td = total(3);
+        float* const te = total(4);
+        // The first window has no column to lose: its ring cell is still zero.
+        a = (a - 0.0f) + xx[SIZE - 1];
+        b = (b - 0.0f) + xy[SIZE - 1];
+        c = (c - 0.0f) + yy[SIZE - 1];
+        d = (d - 0.0f) + xt[SIZE - 1];
+        e = (e - 0.0f) + yt[SIZE - 1];
+        ta[0] = a, tb[0] = b, tc[0] = c, td[0] = d, te[0] = e;
+        std::size_t const n = _width;
+        for (std::size_t x = 1; x < n; ++x) {
+            std::size_t const leaving = x - 1;
+            std::size_t const entering = x + SIZE - 1;
+            a = (a - xx[leaving]) + xx[entering];
+            b = (b - xy[leaving]) + xy[entering];
+            c = (c - yy[leaving]) + yy[entering];
+            d = (d - xt[leaving]) + xt[entering];
+            e = (e - yt[leaving]) + yt[entering];
+            ta[x] = a, tb[x] = b, tc[x] = c, td[x] = d, te[x] = e;
+        }
+    }
+
+    // The increment of each window of the row, clamped to one pixel. Both
+    // candidate solutions are computed and one selected, so that the loop
+    // does not branch; the one not taken may hold an infinity, never used.
+    void solve(Rgba* out) const {
+        float const* const ta = total(0);
+        float const* const tb = total(1);
+        float const* const tc = total(2);
+        float const* const td = total(3);
+        float const* const te = total(4);
+        std::size_t const n = _width;
+        for (std::size_t x = 0; x < n; ++x) {
+            float const a = ta[x], b = tb[x], c = tc[x], d = td[x], e = te[x];
+            float const det = a * c - b * b;
+            float const s = 1.0f / det;
+            float const u1 = (c * d - b * e) * s;
+            float const v1 = (a * e - b * d) * s;
+            // Normal flow: the least vector meeting the one summed equation p u + q v = d + e.
+            float const p = a + b;
+            float const q = b + c;
+            float const norm = p * p + q * q;
+            float const s2 = (d + e) / norm;
+            bool const regular = std::fabs(det) > EPSILON;
+            bool const normal = std::fabs(norm) > EPSILON;
+            float const u = regular ? u1 : (normal ? p * s2 : 0.0f);
+            float const v = regular ? v1 : (normal ? q * s2 : 0.0f);
+            out[x] = {std::min(1.0f, std::max(-1.0f, u)), std::min(1.0f, std::max(-1.0f, v)), 0.0f, 0.0f};
+        }
+    }
+
+private:
+    static std::size_t slot(int y) { return static_cast<std::size_t>(((y % SIZE) + SIZE) % SIZE); }
+    float* product(std::size_t line, int k) {
+        return _products.data() + (line * PRODUCTS + static_cast<std::size_t>(k)) * _sourceWidth;
+    }
+    float* column(int k) { return _columns.data() + static_cast<std::size_t>(k) * _sourceWidth; }
+    float* total(int k) { return _totals.data() + static_cast<std::size_t>(k) * _width; }
+    float const* total(int k) const { return _totals.data() + static_cast<std::size_t>(k) * _width; }
+
+    std::size_t _sourceWidth;
+    std::size_t _width;
+    std::vector<float> _products;
+    std::vector<float> _columns;
+    std::vector<float> _totals;
 };
-
-// The increment of one window, clamped to one pixel. Both candidate solutions
-// are computed and one selected, so that the row loop does not branch; the
-// one not taken may hold an infinity, never used.
-Rgba solve(float a, float b, float c, float d, float e) {
-    float const det = a * c - b * b;
-    float const s = 1.0f / det;
-    float const u1 = (c * d - b * e) * s;
-    float const v1 = (a * e - b * d) * s;
-    // Normal flow: the least vector meeting the one summed equation p u + q v = d + e.
-    float const p = a + b;
-    float const q = b + c;
-    float const n = p * p + q * q;
-    float const s2 = (d + e) / n;
-    bool const regular = std::fabs(det) > EPSILON;
-    bool const normal = std::fabs(n) > EPSILON;
-    float const u = regular ? u1 : (normal ? p * s2 : 0.0f);
-    float const v = regular ? v1 : (normal ? q * s2 : 0.0f);
-    return {std::min(1.0f, std::max(-1.0f, u)), std::min(1.0f, std::max(-1.0f, v)), 0.0f, 0.0f};
-}
 
 } // namespace
 
@@ -118,22 +191,19 @@ void BtFlowLKProc::process(IxTile const& output, std::vector<IxReadGuard> const&
     int const width = dstRgn.getWidth();
     std::fill(line, line + left, band);
     std::fill(line + right, line + width, band);
+    Rows rows(srcRgn.getWidth(), compRgn.getWidth());
+    bool first = true;
     for (int y = compRgn.y1; y < compRgn.y2; ++y) {
         requests.checkCancellation();
         Rgba const* const* g = gradientLines.getNext();
         float const* const* t = derivativeLines.getNext();
-        WindowSums sums;
-        for (int i = 0; i < SIZE - 1; ++i)
-            sums.enter(i, g, t, i);
-        // The window of compRgn's first pixel ends at source column 4.
-        int i = SIZE - 1;
-        int column = SIZE - 1;
-        for (int x = left; x < right; ++x, ++column) {
-            sums.leave(i);
-            sums.enter(i, g, t, column);
-            line[x] = solve(sums.a, sums.b, sums.c, sums.d, sums.e);
-            i = i == SIZE - 1 ? 0 : i + 1;
-        }
+        // Only the line entering the window is new, after the first window.
+        for (int i = first ? 0 : SIZE - 1; i < SIZE; ++i)
+            rows.enter(y - BORDER + i, g[i], t[i]);
+        first = false;
+        rows.sumColumns(y);
+        rows.runTotals();
+        rows.solve(line + left);
         work.writeTo(out, y);
     }
     for (int y = compRgn.y2; y < dstRgn.y2; ++y) {
