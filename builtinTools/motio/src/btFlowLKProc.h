@@ -5,9 +5,9 @@
 //   A = sum gx*gx, B = sum gx*gy, C = sum gy*gy, D = -sum gx*t, E = -sum gy*t,
 //   [A B; B C] (u, v) = (D, E) when |det| > 1e-5, else the smallest (u, v)
 //   with (A + B) u + (B + C) v = D + E, else (0, 0).
-// The window sums are kept rolling along each row: a ring of five column
-// sums per product and running totals that lose the column leaving the
-// window and gain the one entering it.
+// The window sums are kept rolling along each row: the window column sums of
+// each product, and running totals that lose the column leaving the window
+// and gain the one entering it.
 #include "geRectangle.h"
 #include "ixReadGuard.h"
 #include "ixTile.h"
