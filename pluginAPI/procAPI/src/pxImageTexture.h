@@ -1,9 +1,10 @@
 #pragma once
 // Reads an image at arbitrary positions, as warps do: tiles are fetched from
 // the image node when a lookup first needs them and kept for the texture's
-// life, as RGBA floats: a tile already of that form is read in place, any
-// other is converted once, row by row. A texture belongs to the request
-// that made it: one worker at a time.
+// life, as RGBA floats: a tile already of that form is read in place (the
+// texture holds read access to it meanwhile), any other is converted once,
+// row by row. A texture belongs to the request that made it: one worker at
+// a time.
 //
 // Positions are taken to unit coordinates by the parameters' transform, then
 // to pixel positions, pixel (x, y) having its centre at (x + 0.5, y + 0.5)
