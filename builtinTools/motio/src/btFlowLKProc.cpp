@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace Qv {
 
@@ -22,6 +23,74 @@ constexpr int BORDER = BtFlowLKProc::BORDER;
 constexpr float EPSILON = 1e-5f;
 // gx gx, gx gy, gy gy, gx (-t), gy (-t): the five sums of the normal equations.
 constexpr int PRODUCTS = 5;
+
+// Four windows' values, one per lane, so that the solve runs on vectors.
+using Lanes = float __attribute__((vector_size(16)));
+using LaneMask = int __attribute__((vector_size(16)));
+constexpr std::size_t LANES = 4;
+
+inline Lanes lanes(float const* p) {
+    Lanes v;
+    std::memcpy(&v, p, sizeof v);
+    return v;
+}
+inline Lanes lanesOf(float f) {
+    return Lanes{f, f, f, f};
+}
+
+// What solveWindows needs of its value type, for one float and four lanes.
+inline float absolute(float f) {
+    return std::fabs(f);
+}
+inline Lanes absolute(Lanes v) {
+    LaneMask bits;
+    std::memcpy(&bits, &v, sizeof bits);
+    bits &= 0x7fffffff;
+    std::memcpy(&v, &bits, sizeof v);
+    return v;
+}
+inline float select(bool condition, float a, float b) {
+    return condition ? a : b;
+}
+inline Lanes select(LaneMask condition, Lanes a, Lanes b) {
+    return condition ? a : b;
+}
+inline float splat(float f, float) {
+    return f;
+}
+inline Lanes splat(float f, Lanes) {
+    return lanesOf(f);
+}
+
+// The increment of a window from its totals, clamped to one pixel: A = a,
+// B = b, C = c, D = d, E = e. Both candidate solutions are computed and one
+// selected, so that there is no branch; the one not taken may hold an
+// infinity, never used. The clamp is max then min as std::max(-1, u) and
+// std::min(1, ...) write them (a NaN ends at -1).
+template <class T>
+void solveWindows(T a, T b, T c, T d, T e, T& uOut, T& vOut) {
+    T const det = a * c - b * b;
+    T const s = splat(1.0f, a) / det;
+    T const u1 = (c * d - b * e) * s;
+    T const v1 = (a * e - b * d) * s;
+    // Normal flow: the least vector meeting the one summed equation p u + q v = d + e.
+    T const p = a + b;
+    T const q = b + c;
+    T const norm = p * p + q * q;
+    T const s2 = (d + e) / norm;
+    T const epsilon = splat(EPSILON, a);
+    auto const regular = absolute(det) > epsilon;
+    auto const normal = absolute(norm) > epsilon;
+    T const zero = splat(0.0f, a);
+    T const u = select(regular, u1, select(normal, p * s2, zero));
+    T const v = select(regular, v1, select(normal, q * s2, zero));
+    T const low = splat(-1.0f, a);
+    T const high = splat(1.0f, a);
+    T const uLow = select(low < u, u, low);
+    T const vLow = select(low < v, v, low);
+    uOut = select(uLow < high, uLow, high);
+    vOut = select(vLow < high, vLow, high);
+}
 
 // Row-wide work space, made once per tile so that the row loop allocates
 // nothing. Each source line's five products are made once, as the line
@@ -110,9 +179,8 @@ public:
         }
     }
 
-    // The increment of each window of the row, clamped to one pixel. Both
-    // candidate solutions are computed and one selected, so that the loop
-    // does not branch; the one not taken may hold an infinity, never used.
+    // The increment of each window of the row, clamped to one pixel, four
+    // windows at a time and the rest one by one, by the same arithmetic.
     void solve(Rgba* out) const {
         float const* const ta = total(0);
         float const* const tb = total(1);
@@ -120,22 +188,17 @@ public:
         float const* const td = total(3);
         float const* const te = total(4);
         std::size_t const n = _width;
-        for (std::size_t x = 0; x < n; ++x) {
-            float const a = ta[x], b = tb[x], c = tc[x], d = td[x], e = te[x];
-            float const det = a * c - b * b;
-            float const s = 1.0f / det;
-            float const u1 = (c * d - b * e) * s;
-            float const v1 = (a * e - b * d) * s;
-            // Normal flow: the least vector meeting the one summed equation p u + q v = d + e.
-            float const p = a + b;
-            float const q = b + c;
-            float const norm = p * p + q * q;
-            float const s2 = (d + e) / norm;
-            bool const regular = std::fabs(det) > EPSILON;
-            bool const normal = std::fabs(norm) > EPSILON;
-            float const u = regular ? u1 : (normal ? p * s2 : 0.0f);
-            float const v = regular ? v1 : (normal ? q * s2 : 0.0f);
-            out[x] = {std::min(1.0f, std::max(-1.0f, u)), std::min(1.0f, std::max(-1.0f, v)), 0.0f, 0.0f};
+        std::size_t x = 0;
+        for (; x + LANES <= n; x += LANES) {
+            Lanes u, v;
+            solveWindows(lanes(ta + x), lanes(tb + x), lanes(tc + x), lanes(td + x), lanes(te + x), u, v);
+            for (std::size_t i = 0; i < LANES; ++i)
+                out[x + i] = {u[i], v[i], 0.0f, 0.0f};
+        }
+        for (; x < n; ++x) {
+            float u, v;
+            solveWindows(ta[x], tb[x], tc[x], td[x], te[x], u, v);
+            out[x] = {u, v, 0.0f, 0.0f};
         }
     }
 
