@@ -1,5 +1,6 @@
 #include "mbBuffer.h"
 
+#include <cstdint>
 #include <mutex>
 #include <new>
 #include <unordered_map>
@@ -31,26 +32,47 @@ void freeAligned(std::byte* data) {
 }
 
 // Freed blocks by size. Few sizes occur (the tile grid's full, edge and corner
-// tiles of a few formats), so each list is short-lived and the lock brief.
+// tiles of a few formats), so the lists are few and the lock brief. When the
+// limit is reached, the blocks of the size asked for least recently give way
+// to a block of a size in use.
 class RecyclePool {
 public:
     std::byte* take(std::size_t size) {
         std::lock_guard lock(_mutex);
         auto found = _free.find(size);
-        if (found == _free.end() || found->second.empty())
+        if (found == _free.end())
             return nullptr;
-        std::byte* data = found->second.back();
-        found->second.pop_back();
+        found->second.lastUse = ++_clock;
+        if (found->second.blocks.empty())
+            return nullptr;
+        std::byte* data = found->second.blocks.back();
+        found->second.blocks.pop_back();
         _bytes -= size;
         return data;
     }
 
-    // False when the block does not fit under the limit: the caller frees it.
+    // False when the block does not fit under the limit, even with the
+    // blocks of other sizes gone: the caller frees it.
     bool give(std::byte* data, std::size_t size) {
         std::lock_guard lock(_mutex);
-        if (size > _limit || _bytes > _limit - size)
+        if (size > _limit)
             return false;
-        _free[size].push_back(data);
+        SizeList& list = _free[size];
+        list.lastUse = ++_clock;
+        if (list.blocks.size() * size > _limit - size)
+            return false;
+        while (_bytes > _limit - size) {
+            auto oldest = _free.end();
+            for (auto it = _free.begin(); it != _free.end(); ++it)
+                if (it->first != size && !it->second.blocks.empty() &&
+                    (oldest == _free.end() || it->second.lastUse < oldest->second.lastUse))
+                    oldest = it;
+            // Rare (the sizes in use change), so freed under the lock.
+            freeAligned(oldest->second.blocks.back());
+            oldest->second.blocks.pop_back();
+            _bytes -= oldest->first;
+        }
+        list.blocks.push_back(data);
         _bytes += size;
         return true;
     }
@@ -60,10 +82,10 @@ public:
         {
             std::lock_guard lock(_mutex);
             _limit = bytes;
-            for (auto& [size, blocks] : _free)
-                while (_bytes > _limit && !blocks.empty()) {
-                    excess.push_back(blocks.back());
-                    blocks.pop_back();
+            for (auto& [size, list] : _free)
+                while (_bytes > _limit && !list.blocks.empty()) {
+                    excess.push_back(list.blocks.back());
+                    list.blocks.pop_back();
                     _bytes -= size;
                 }
         }
@@ -82,8 +104,14 @@ public:
     }
 
 private:
+    struct SizeList {
+        std::vector<std::byte*> blocks;
+        std::uint64_t lastUse = 0;
+    };
+
     mutable std::mutex _mutex;
-    std::unordered_map<std::size_t, std::vector<std::byte*>> _free;
+    std::unordered_map<std::size_t, SizeList> _free;
+    std::uint64_t _clock = 0;
     std::size_t _bytes = 0;
     std::size_t _limit = RECYCLING ? MbBuffer::DEFAULT_RECYCLE_LIMIT : 0;
 };
@@ -114,8 +142,14 @@ RCShdPtr<MbBuffer> MbBuffer::create(std::size_t size) {
 MbBuffer::~MbBuffer() {
     if (!_data)
         return;
-    if (_size >= MIN_RECYCLED_SIZE && pool().give(_data, _size))
-        return;
+    if (_size >= MIN_RECYCLED_SIZE) {
+        try {
+            if (pool().give(_data, _size))
+                return;
+        } catch (std::bad_alloc const&) {
+            // No room for the list's entry: the block goes back to the system.
+        }
+    }
     freeAligned(_data);
 }
 

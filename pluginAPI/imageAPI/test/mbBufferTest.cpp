@@ -78,6 +78,29 @@ TEST_F(MbBufferRecycling, TheLimitBoundsTheKeptBytes) {
     EXPECT_EQ(distinct.size(), 6u);
 }
 
+TEST_F(MbBufferRecycling, ASizeNotAskedForLatelyGivesWayToASizeInUse) {
+    // The pool full of two double blocks, then one block of the size in use.
+    {
+        RCShdPtr<MbBuffer> const first = MbBuffer::create(2 * BLOCK);
+        RCShdPtr<MbBuffer> const second = MbBuffer::create(2 * BLOCK);
+    }
+    EXPECT_EQ(MbBuffer::getRecycledBytes(), 4 * BLOCK);
+    std::byte* freed = nullptr;
+    {
+        RCShdPtr<MbBuffer> const block = MbBuffer::create(BLOCK);
+        freed = block->getData();
+    }
+    EXPECT_EQ(MbBuffer::getRecycledBytes(), 3 * BLOCK);
+    EXPECT_EQ(MbBuffer::create(BLOCK)->getData(), freed);
+    // Blocks of one size never push out their own: the fifth goes back to the system.
+    {
+        std::vector<RCShdPtr<MbBuffer>> blocks;
+        for (int i = 0; i < 5; ++i)
+            blocks.push_back(MbBuffer::create(BLOCK));
+    }
+    EXPECT_EQ(MbBuffer::getRecycledBytes(), 4 * BLOCK);
+}
+
 TEST_F(MbBufferRecycling, ALowerLimitFreesTheExcessAndZeroStopsRecycling) {
     {
         std::vector<RCShdPtr<MbBuffer>> blocks;
