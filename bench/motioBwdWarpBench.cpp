@@ -8,6 +8,7 @@
 #include "btBwdWarpTool.h"
 #include "ixWriteGuard.h"
 #include "motioBench.h"
+#include "motioBenchFrame.h"
 #include "pxImageMultiTileRequest.h"
 #include "pxRequestMgr.h"
 
@@ -27,63 +28,10 @@ constexpr int WIDTH = 1920;
 constexpr int HEIGHT = 1080;
 constexpr int REPETITIONS = 9;
 
-// An image served from tiles cut once at the start, so that reading a tile
-// costs nothing but the handle.
-class MemoryImageNode : public PxImageProtocol {
-public:
-    MemoryImageNode(PxNode::Init const& init, cv::Mat const& frame)
-        : PxNode(init), PxImageProtocol(init),
-          _format(PxImageFormat(IxPixelFormat(IxPixelFormat::RGBA, IxPixelFormat::FLOAT32), Rational(24, 1)),
-                  PxValidityInterval::FULL) {
-        GeRectangle<int> const pixels{0, WIDTH, 0, HEIGHT};
-        GeRectangle<int> const tiles = convertPixelsToTiles(pixels);
-        for (int ty = tiles.y1; ty < tiles.y2; ++ty)
-            for (int tx = tiles.x1; tx < tiles.x2; ++tx) {
-                GeRectangle<int> const region = getTilePixels({tx, ty}).getIntersection(pixels);
-                IxTile tile(_format.getValue().getPixelFormat(), region);
-                IxWriteGuard const out(tile);
-                for (int y = region.y1; y < region.y2; ++y) {
-                    cv::Vec4f const* src = frame.ptr<cv::Vec4f>(y) + region.x1;
-                    float* dst = out.getLineAs<float>(y);
-                    for (int x = 0; x < region.getWidth(); ++x)
-                        for (int c = 0; c < 4; ++c)
-                            dst[4 * x + c] = src[x][c];
-                }
-                _tiles.emplace(std::pair{tx, ty}, tile);
-            }
-    }
-
-    PxResult<PxImageFormat> getImageFormat() const override { return _format; }
-    PxRODResult getImageROD(PxTimeStreamContext const&) const override {
-        return PxRODResult(pixelizedToNominal({0, WIDTH, 0, HEIGHT}, 1.0, 1.0), PxValidityInterval::FULL);
-    }
-    PxImageResult getImageResult(PxImageContext const& context) const override {
-        GePoint2<int> const& tile = context.getTilePosition();
-        auto const found = _tiles.find({tile.x, tile.y});
-        if (found == _tiles.end())
-            return PxImageResult(allocateEmptyImageBuffer(), PxValidityInterval::FULL);
-        return PxImageResult(found->second, PxValidityInterval::FULL);
-    }
-
-private:
-    PxResult<PxImageFormat> _format;
-    std::map<std::pair<int, int>, IxTile> _tiles;
-};
-
-PxStrongHndl<PxImageProtocol> makeImage(cv::Mat const& frame) {
-    PxNode::Init init;
-    PxStrongHndl<MemoryImageNode> node(new MemoryImageNode(init, frame));
-    PxNode::init(node);
-    return PxStrongHndl<PxImageProtocol>(node);
-}
-
-// Every tile of the node's frame, computed in parallel.
-void evaluateFrame(PxStrongHndl<PxImageProtocol const> const& node) {
-    PxRequestPtr<PxImageMultiTileRequest> const request(
-        new PxImageMultiTileRequest(PxNodePtr<PxImageProtocol const>(node), 0, PxTimeInfo(0.0), 0));
-    PxRequestMgr::getInstance().postRequest(request, 0);
-    QvBench::keep(request->getResults()->size());
-    PxRequestMgr::getInstance().releaseRequest(request);
+// A float RGBA frame of the benchmark's size.
+PxStrongHndl<PxImageProtocol> frame(cv::Mat const& rgba) {
+    return QvBench::tiledFrame(IxPixelFormat(IxPixelFormat::RGBA, IxPixelFormat::FLOAT32),
+                               {0, WIDTH, 0, HEIGHT}, 0, QvBench::fromRgbaMat(rgba));
 }
 
 } // namespace
@@ -105,9 +53,9 @@ void runBwdWarpBench(int workers) {
             mapX.at<float>(y, x) = float(x) + vx;
             mapY.at<float>(y, x) = float(y) + vy;
         }
-    auto const warp = BtBwdWarpTool::createPxNode(makeImage(image), makeImage(vectors));
+    auto const warp = BtBwdWarpTool::createPxNode(frame(image), frame(vectors));
     cv::Mat out;
-    std::vector<double> const t = mediansInTurns({[&] { evaluateFrame(warp); },
+    std::vector<double> const t = mediansInTurns({[&] { QvBench::evaluateAllTiles(warp); },
                                                   [&] {
                                                       cv::remap(image, out, mapX, mapY, cv::INTER_LINEAR,
                                                                 cv::BORDER_CONSTANT, cv::Scalar::all(0));

@@ -10,6 +10,7 @@
 #include "ixPixelUtil.h"
 #include "ixWriteGuard.h"
 #include "motioBench.h"
+#include "motioBenchFrame.h"
 #include "pxImageMultiTileRequest.h"
 #include "pxRequestMgr.h"
 
@@ -29,55 +30,6 @@ constexpr int WIDTH = 1920;
 constexpr int HEIGHT = 1080;
 constexpr int REPETITIONS = 9;
 GeRectangle<int> const FRAME{0, WIDTH, 0, HEIGHT};
-
-// A frame cut into the tile grid beforehand: each tile is handed out as it
-// is, so that the flow node's own work is what is timed.
-class TiledFrameNode : public PxImageProtocol {
-public:
-    TiledFrameNode(PxNode::Init const& init, IxPixelFormat const& format, cv::Mat const& a, cv::Mat const& b)
-        : PxNode(init), PxImageProtocol(init),
-          _format(PxImageFormat(format, Rational(24, 1)), PxValidityInterval::FULL) {
-        GeRectangle<int> const tiles = convertPixelsToTiles(FRAME);
-        for (int ty = tiles.y1; ty < tiles.y2; ++ty)
-            for (int tx = tiles.x1; tx < tiles.x2; ++tx) {
-                GeRectangle<int> const r = getTilePixels({tx, ty}).getIntersection(FRAME);
-                IxTile tile(format, r);
-                IxWriteGuard const out(tile);
-                for (int y = r.y1; y < r.y2; ++y)
-                    for (int x = r.x1; x < r.x2; ++x) {
-                        float const first = a.at<float>(y, x);
-                        // A one-component tile keeps `first`, whichever channel it stores.
-                        CoRgbaColorTyped<float> const c =
-                            b.empty() ? CoRgbaColorTyped<float>{first, first, first, first}
-                                      : CoRgbaColorTyped<float>{first, b.at<float>(y, x), 0.0f, 1.0f};
-                        IxPixelUtil::setPixelColor(out, x, y, c);
-                    }
-                _tiles.emplace(std::make_pair(tx, ty), tile);
-            }
-    }
-
-    PxResult<PxImageFormat> getImageFormat() const override { return _format; }
-    PxRODResult getImageROD(PxTimeStreamContext const&) const override {
-        return PxRODResult(pixelizedToNominal(FRAME, 1.0, 1.0), PxValidityInterval::FULL);
-    }
-    PxImageResult getImageResult(PxImageContext const& context) const override {
-        auto const found = _tiles.find({context.getTilePosition().x, context.getTilePosition().y});
-        if (found == _tiles.end())
-            return PxImageResult(allocateEmptyImageBuffer(), PxValidityInterval::FULL);
-        return PxImageResult(found->second, PxValidityInterval::FULL);
-    }
-
-private:
-    PxResult<PxImageFormat> _format;
-    std::map<std::pair<int, int>, IxTile> _tiles;
-};
-
-PxStrongHndl<PxNode const> tiledFrame(IxPixelFormat const& format, cv::Mat const& a, cv::Mat const& b) {
-    PxNode::Init init;
-    PxStrongHndl<TiledFrameNode> node(new TiledFrameNode(init, format, a, b));
-    PxNode::init(node);
-    return node;
-}
 
 // A smooth random field, as a gradient or a frame difference is.
 cv::Mat smoothNoise(unsigned seed, float amplitude) {
@@ -148,12 +100,7 @@ private:
 };
 
 IxTile runOurs(PxStrongHndl<PxImageProtocol> const& node) {
-    PxRequestPtr<PxImageMultiTileRequest> request(
-        new PxImageMultiTileRequest(PxNodePtr<PxImageProtocol const>(node), 0, PxTimeInfo(0.0), 0));
-    PxRequestMgr::getInstance().postRequest(request, 0);
-    PxImageMultiTileRequest::Results const results = *request->getResults();
-    PxRequestMgr::getInstance().releaseRequest(request);
-    QvBench::keep(results.size());
+    PxImageMultiTileRequest::Results const results = QvBench::evaluateAllTiles(node);
     return results.empty() ? IxTile() : results.front().getTile();
 }
 
@@ -166,8 +113,18 @@ void runLucasKanadeBench(int workers) {
     cv::Mat const gy = asHalf(smoothNoise(2, 1.0f));
     cv::Mat const t = smoothNoise(3, 0.2f);
     PxStrongHndl<PxImageProtocol> const flow = BtFlowLKTool::createPxNode(
-        tiledFrame(IxPixelFormat(IxPixelFormat::RGB, IxPixelFormat::FLOAT16), gx, gy),
-        tiledFrame(IxPixelFormat(IxPixelFormat::ALPHA, IxPixelFormat::FLOAT32), t, {}));
+        QvBench::tiledFrame(
+            IxPixelFormat(IxPixelFormat::RGB, IxPixelFormat::FLOAT16), FRAME, 0,
+            [&](int x, int y) {
+                return CoRgbaColorTyped<float>{gx.at<float>(y, x), gy.at<float>(y, x), 0.0f, 1.0f};
+            }),
+        QvBench::tiledFrame(IxPixelFormat(IxPixelFormat::ALPHA, IxPixelFormat::FLOAT32), FRAME, 0,
+                            [&](int x, int y) {
+                                // A one-component tile keeps the first component, whichever channel it
+                                // stores.
+                                float const v = t.at<float>(y, x);
+                                return CoRgbaColorTyped<float>{v, v, v, v};
+                            }));
     OpenCvFlow anchor(gx, gy, t);
 
     std::vector<double> const medians =

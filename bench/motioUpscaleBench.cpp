@@ -9,6 +9,7 @@
 #include "ixPixelUtil.h"
 #include "ixWriteGuard.h"
 #include "motioBench.h"
+#include "motioBenchFrame.h"
 #include "pxImageMultiTileRequest.h"
 #include "pxRequestMgr.h"
 
@@ -28,52 +29,6 @@ constexpr int REPETITIONS = 9;
 GeRectangle<int> const FRAME{0, WIDTH, 0, HEIGHT};
 GeRectangle<int> const HALF{0, WIDTH / 2, 0, HEIGHT / 2};
 
-// A 1920 x 1080 frame whose proxy level 1 is cut into the tile grid
-// beforehand, so that the upscale's own work is what is timed.
-class HalfLevelNode : public PxImageProtocol {
-public:
-    HalfLevelNode(PxNode::Init const& init, cv::Mat const& half)
-        : PxNode(init), PxImageProtocol(init),
-          _format(PxImageFormat(IxPixelFormat(IxPixelFormat::RGBA, IxPixelFormat::FLOAT32), Rational(24, 1)),
-                  PxValidityInterval::FULL) {
-        GeRectangle<int> const tiles = convertPixelsToTiles(HALF);
-        for (int ty = tiles.y1; ty < tiles.y2; ++ty)
-            for (int tx = tiles.x1; tx < tiles.x2; ++tx) {
-                GeRectangle<int> const r = getTilePixels({tx, ty}).getIntersection(HALF);
-                IxTile tile(_format.getValue().getPixelFormat(), r);
-                IxWriteGuard const out(tile);
-                for (int y = r.y1; y < r.y2; ++y)
-                    for (int x = r.x1; x < r.x2; ++x) {
-                        cv::Vec4f const v = half.at<cv::Vec4f>(y, x);
-                        IxPixelUtil::setPixelColor(out, x, y, {v[0], v[1], v[2], v[3]});
-                    }
-                _tiles.emplace(std::make_pair(tx, ty), tile);
-            }
-    }
-
-    PxResult<PxImageFormat> getImageFormat() const override { return _format; }
-    PxRODResult getImageROD(PxTimeStreamContext const&) const override {
-        return PxRODResult(pixelizedToNominal(FRAME, 1.0, 1.0), PxValidityInterval::FULL);
-    }
-    PxImageResult getImageResult(PxImageContext const& context) const override {
-        auto const found = _tiles.find({context.getTilePosition().x, context.getTilePosition().y});
-        if (context.getProxyScale() != 1 || found == _tiles.end())
-            return PxImageResult(allocateEmptyImageBuffer(), PxValidityInterval::FULL);
-        return PxImageResult(found->second, PxValidityInterval::FULL);
-    }
-
-private:
-    PxResult<PxImageFormat> _format;
-    std::map<std::pair<int, int>, IxTile> _tiles;
-};
-
-PxStrongHndl<PxNode const> halfLevel(cv::Mat const& half) {
-    PxNode::Init init;
-    PxStrongHndl<HalfLevelNode> node(new HalfLevelNode(init, half));
-    PxNode::init(node);
-    return node;
-}
-
 // Smooth random vectors, as a coarse level's are.
 cv::Mat smoothVectors() {
     cv::Mat noise(HEIGHT / 2, WIDTH / 2, CV_32FC4);
@@ -84,13 +39,7 @@ cv::Mat smoothVectors() {
 }
 
 PxImageMultiTileRequest::Results runOurs(PxStrongHndl<PxImageProtocol> const& node) {
-    PxRequestPtr<PxImageMultiTileRequest> request(
-        new PxImageMultiTileRequest(PxNodePtr<PxImageProtocol const>(node), 0, PxTimeInfo(0.0), 0));
-    PxRequestMgr::getInstance().postRequest(request, 0);
-    PxImageMultiTileRequest::Results results = *request->getResults();
-    PxRequestMgr::getInstance().releaseRequest(request);
-    QvBench::keep(results.size());
-    return results;
+    return QvBench::evaluateAllTiles(node);
 }
 
 } // namespace
@@ -99,7 +48,10 @@ namespace QvBench {
 
 void runUpscaleBench(int workers) {
     cv::Mat const half = smoothVectors();
-    PxStrongHndl<PxImageProtocol> const upscale = BtUpscaleTool::createPxNode(halfLevel(half), 1.0);
+    PxStrongHndl<PxImageProtocol> const upscale = BtUpscaleTool::createPxNode(
+        QvBench::tiledFrame(IxPixelFormat(IxPixelFormat::RGBA, IxPixelFormat::FLOAT32), HALF, 1,
+                            QvBench::fromRgbaMat(half)),
+        1.0);
     cv::Mat full;
     // Each side makes a new image per run, as a node makes new tiles: the
     // first touch of 33 MB of fresh memory is part of both.
