@@ -44,9 +44,11 @@ void BtBwdWarpProc::run() {
     int const blockHeight = std::max(_texture.getBlockHeight(), 1);
     std::vector<Rgba> motionBuffer(static_cast<std::size_t>(std::min(blockWidth, region.getWidth())));
     std::vector<Rgba> lineBuffer(motionBuffer.size());
+    // A row's positions as (x, y) pairs, looked up together (the identity
+    // derivative matrix: the lookup does not widen).
+    std::vector<double> positions(2 * motionBuffer.size());
     // A pixel without a vector stays where it is.
     IxPaddingPolicy<Rgba> const still = IxPaddingPolicy<Rgba>::constant({0.0f, 0.0f, 0.0f, 1.0f});
-    GeLinearMatrix2<double> const derivatives; // identity: the lookup does not widen
     // Tiles of RGBA floats over the whole region are read and written in
     // place; others go through the scanlines' conversions.
     bool const vectorsInPlace = isRgbaFloat(_vectors.getPixelFormat()) && _vectors.getPixelRegion() == region;
@@ -67,11 +69,10 @@ void BtBwdWarpProc::run() {
                 Rgba const* v = vectorsInPlace ? _vectors.getLineAs<Rgba>(y) + offset : motion.getData();
                 Rgba* o = outInPlace ? _out.getLineAs<Rgba>(y) + offset : line.getData();
                 for (int i = 0; i < width; ++i) {
-                    double const x = keepNear(double(bx + i) + double(v[i].r), lowX, highX);
-                    double const yy = keepNear(double(y) + double(v[i].g), lowY, highY);
-                    CoRgbaColorTyped<double> const c = _texture.lookup(x, yy, derivatives);
-                    o[i] = {float(c.r), float(c.g), float(c.b), float(c.a)};
+                    positions[2 * i] = keepNear(double(bx + i) + double(v[i].r), lowX, highX);
+                    positions[2 * i + 1] = keepNear(double(y) + double(v[i].g), lowY, highY);
                 }
+                _texture.lookupRow(positions.data(), width, o);
                 if (!outInPlace)
                     line.writeTo(_out, y);
             }

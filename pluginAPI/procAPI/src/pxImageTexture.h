@@ -39,6 +39,10 @@ public:
     // output pixel) is accepted for filters that widen with it; NEAREST and
     // BILINEAR do not use it.
     CoRgbaColorTyped<double> lookup(double x, double y, GeLinearMatrix2<double> const& derivatives = {});
+    // The colours at `count` positions given as (x, y) pairs, each what
+    // lookup() gives there with the identity derivative matrix, rounded to
+    // floats: the same to the bit, in fewer steps where the processor allows.
+    void lookupRow(double const* positions, int count, CoRgbaColorTyped<float>* colours);
 
     // The block a caller should work in so that its lookups stay within few
     // tiles: the tile size.
@@ -67,6 +71,10 @@ private:
     // applies), they are read straight from it; the rest, and NEAREST, go
     // through texel() one pixel at a time.
     CoRgbaColorTyped<double> lookupPixel(double px, double py);
+    // lookupRow() in 256-bit lanes, two positions at a time, for processors
+    // with AVX2; BILINEAR only.
+    void lookupRowWide(double const* positions, int count, Rgba* colours);
+    void lookupOne(double const* position, Rgba& colour);
     // The bilinear mix of the pixels at (x0, y0), (x0 + 1, y0), (x0, y0 + 1)
     // and (x0 + 1, y0 + 1), with weights wx and wy of the second column and row.
     static CoRgbaColorTyped<double> blend(Rgba const& c00, Rgba const& c10, Rgba const& c01, Rgba const& c11,

@@ -1,13 +1,17 @@
 // The texture's reads of tiles it already holds: pixels of RGBA floats read
-// in place, other formats converted, and every lookup after the first the
-// same as a lookup that starts from nothing.
+// in place, other formats converted, every lookup after the first the same
+// as a lookup that starts from nothing, and a row of lookups the same as
+// lookups one by one.
 #include "ixPixelUtil.h"
 #include "pxConfig.h"
 #include "pxImageTestUtil.h"
 #include "pxImageTexture.h"
 #include "pxTestUtil.h"
 
+#include <bit>
+#include <cmath>
 #include <gtest/gtest.h>
+#include <vector>
 
 using namespace Qv;
 using PxTest::RampImageNode;
@@ -135,6 +139,64 @@ TEST(PxImageTexture, LookupsFromHeldTilesEqualFirstLookups) {
                             return;
                     }
                 }
+        });
+    }
+}
+
+// Rows of positions - two by two within a tile, pairs astride tile borders
+// and the image's edge, one of a pair far off, odd lengths -
+// give in each colour the bits of lookup() rounded to floats.
+TEST(PxImageTexture, RowLookupsEqualLookupsOneByOne) {
+    TileSize const size(16);
+    PxNodePtr<PxImageProtocol const> const floats(
+        PxTest::makeNode<RampImageNode>(GeRectangle<float>{0, 40, 0, 20}));
+    PxNodePtr<PxImageProtocol const> const halves(PxTest::makeNode<HalfRampNode>());
+    struct Case {
+        PxNodePtr<PxImageProtocol const> const* node;
+        int filter;
+        bool clamp;
+    };
+    for (Case const& c :
+         {Case{&floats, SdTextureParams::BILINEAR, false}, Case{&floats, SdTextureParams::BILINEAR, true},
+          Case{&floats, SdTextureParams::NEAREST, false}, Case{&halves, SdTextureParams::BILINEAR, false}}) {
+        PxTest::runAsRequest([&] {
+            PxUPtr<PxImageProtocol const> const node(*c.node);
+            SdTextureParams const params = pixelParams(c.filter, c.clamp);
+            PxImageContext const context(0.0, {0, 0});
+            std::vector<double> positions;
+            // Smooth rows with irregular steps, as warps read.
+            for (double y = -2.3; y < 22; y += 0.7)
+                for (double x = -2.6; x < 42; x += 0.45)
+                    positions.insert(positions.end(), {x + 0.3 * std::sin(y), y + 0.2 * std::cos(x)});
+            // Pairs where one position cannot take the short way.
+            for (double odd : {-1e6, 1e6, 15.0, 15.5, 16.0, 19.0, 38.999, 39.5, -0.5, -1.0})
+                positions.insert(positions.end(), {3.25, 4.5, odd, 6.75, 7.5, odd, 12.125, 9.875});
+            int const count = int(positions.size() / 2);
+            for (int length : {count, count - 1, 1}) {
+                PxImageTexture byRow(node, context, params);
+                PxImageTexture oneByOne(node, context, params);
+                std::vector<CoRgbaColorTyped<float>> row(std::size_t(length) + 1, {-1, -1, -1, -1});
+                byRow.lookupRow(positions.data(), length, row.data());
+                EXPECT_EQ(std::bit_cast<std::uint32_t>(row[std::size_t(length)].r),
+                          std::bit_cast<std::uint32_t>(-1.0f))
+                    << "wrote past the row";
+                int mismatches = 0;
+                for (int i = 0; i < length && mismatches < 5; ++i) {
+                    CoRgbaColorTyped<double> const one =
+                        oneByOne.lookup(positions[2 * i], positions[2 * i + 1]);
+                    float const expected[] = {float(one.r), float(one.g), float(one.b), float(one.a)};
+                    float const got[] = {row[i].r, row[i].g, row[i].b, row[i].a};
+                    for (int k = 0; k < 4; ++k)
+                        if (std::bit_cast<std::uint32_t>(got[k]) !=
+                            std::bit_cast<std::uint32_t>(expected[k])) {
+                            ADD_FAILURE()
+                                << "at " << positions[2 * i] << "," << positions[2 * i + 1] << " component "
+                                << k << ": " << got[k] << " instead of " << expected[k] << " (filter "
+                                << c.filter << ", clamp " << c.clamp << ")";
+                            ++mismatches;
+                        }
+                }
+            }
         });
     }
 }
