@@ -81,6 +81,13 @@ void FfImageWriter::setFormat(ImFormat const& format) {
     _format = format;
 }
 
+void FfImageWriter::setChannelNames(std::vector<std::string> names) {
+    if (_output)
+        throw FfIOEx::ExOpNotSupported(__FILE__, __LINE__, _path.toString(),
+                                       "the channel names are set before the first block");
+    _channelNames = std::move(names);
+}
+
 ImFormat FfImageWriter::getFormat() const {
     if (_output)
         return _stored;
@@ -104,10 +111,12 @@ void FfImageWriter::open(ImFormat const& blockFormat) {
     _stored = getFormat();
     OIIO::ImageSpec spec(_size.x, _size.y, _stored.getComps(),
                          FfOiioUtil::toTypeDesc(_stored.getPixelFormat()));
-    spec.channelnames = channelNames(_stored.getComps());
+    bool const named = static_cast<int>(_channelNames.size()) == _stored.getComps();
+    spec.channelnames = named ? _channelNames : channelNames(_stored.getComps());
     // Stored as given: formats of unassociated alpha get the pixels unchanged.
     spec.attribute("oiio:UnassociatedAlpha", 1);
-    spec.alpha_channel = _stored.getComps() == 1   ? 0
+    spec.alpha_channel = named                     ? -1
+                         : _stored.getComps() == 1 ? 0
                          : _stored.getComps() == 2 ? 1
                          : _stored.getComps() == 4 ? 3
                                                    : -1;

@@ -19,6 +19,8 @@
 
 #include <OpenImageIO/oiioversion.h>
 #include <memory>
+#include <string>
+#include <vector>
 
 OIIO_NAMESPACE_BEGIN
 class ImageOutput;
@@ -38,6 +40,10 @@ public:
     // Before the first block, else FfIOEx::ExOpNotSupported.
     void setSize(int width, int height);
     void setFormat(ImFormat const& format);
+    // Before the first block: names of the stored components, none of them an
+    // alpha (motion vectors as "R", "G", say). Names that do not match the
+    // stored count are ignored, and the defaults of the count are used.
+    void setChannelNames(std::vector<std::string> names);
     // The stored format: the one set, else the first block's, as the format stores it.
     ImFormat getFormat() const;
     GeVector2<int> getPreferredBlockSize() const;
@@ -62,7 +68,8 @@ private:
     GeVector2<int> _size;
     ImFormat _format; // as set
     ImFormat _stored; // as written, once open
-    ImImage _band;    // rows being gathered from narrow blocks
+    std::vector<std::string> _channelNames;
+    ImImage _band; // rows being gathered from narrow blocks
     FfBandCoverage _bandCoverage;
     int _nextY = 0;
     bool _closed = false;
