@@ -15,39 +15,37 @@ namespace Qv {
 
 class PiShowVectorsControllerHelper {
 public:
-  virtual ~PiShowVectorsControllerHelper();
+    virtual ~PiShowVectorsControllerHelper();
 
-  static std::string const &getFwdVectorsColorName(); // "Forward Vectors Color"
-  static std::string const &
-  getBwdVectorsColorName(); // "Backward Vectors Color"
-  // Forward green (0, 1, 0) and backward red (1, 0, 0): the two directions
-  // told apart at a glance, and neither close to the usual grey of footage.
-  static std::vector<double> const &getDefaultFwdVectorsColor();
-  static std::vector<double> const &getDefaultBwdVectorsColor();
+    static std::string const& getFwdVectorsColorName(); // "Forward Vectors Color"
+    static std::string const& getBwdVectorsColorName(); // "Backward Vectors Color"
+    // Forward green (0, 1, 0) and backward red (1, 0, 0): the two directions
+    // told apart at a glance, and neither close to the usual grey of footage.
+    static std::vector<double> const& getDefaultFwdVectorsColor();
+    static std::vector<double> const& getDefaultBwdVectorsColor();
 
-  // Declares the two stored colours.
-  static void describe(PiToolPolicyDescriptor &descriptor);
+    // Declares the two stored colours.
+    static void describe(PiToolPolicyDescriptor& descriptor);
 
-  // The stored colours; the default one while the node stores none (a node
-  // not yet reset, or one without the value).
-  std::vector<double> getFwdVectorsColor() const;
-  std::vector<double> getBwdVectorsColor() const;
+    // The stored colours; the default one while the node stores none (a node
+    // not yet reset, or one without the value).
+    std::vector<double> getFwdVectorsColor() const;
+    std::vector<double> getBwdVectorsColor() const;
 
-  bool isShowingVectors() const { return _showingVectors; }
-  void setShowingVectors(bool showing) { _showingVectors = showing; }
+    bool isShowingVectors() const { return _showingVectors; }
+    void setShowingVectors(bool showing) { _showingVectors = showing; }
 
-  // The drawing back to how a new node starts: off. The colours are the
-  // controller's to set, as each tool chooses its own.
-  virtual void reset();
+    // The drawing back to how a new node starts: off. The colours are the
+    // controller's to set, as each tool chooses its own.
+    virtual void reset();
 
 protected:
-  PiShowVectorsControllerHelper() = default;
+    PiShowVectorsControllerHelper() = default;
 
 private:
-  std::vector<double> getColor(std::string const &name,
-                               std::vector<double> const &fallback) const;
+    std::vector<double> getColor(std::string const& name, std::vector<double> const& fallback) const;
 
-  bool _showingVectors = false;
+    bool _showingVectors = false;
 };
 
 } // namespace Qv
