@@ -4,8 +4,11 @@
 // from a fixed seed, 1/96 to 1/5 cycles a pixel) sampled at each pixel of
 // frame 0 and, in frame 1, at the position the motion brings there. An affine
 // motion turns each wave into another wave, so both frames are sums of waves
-// and any proxy scale is exact too: a proxy pixel is the mean of the pixels
-// it covers, which for a wave is the wave at the block's centre, attenuated.
+// and their proxy scales are exact too: made as the image reader makes them,
+// each level from the one below by the 8-tap Lanczos-2 halving filter, a
+// wave comes out as the same wave at the pixel's centre, attenuated by the
+// filter's response at each level (the coarse levels alias no more than
+// footage does).
 // Plain C++ only, so that the benchmarks share it with the tests.
 #include <algorithm>
 #include <cmath>
@@ -106,9 +109,10 @@ public:
     int getHeight() const { return _height; }
     TextureMotion const& getMotion() const { return _motion; }
 
-    // Frame 0 or 1 over pixels [x1, x2) x [y1, y2) at proxy scale `proxy`,
-    // where pixel (x, y) covers the 2^proxy by 2^proxy pixels of proxy 0 from
-    // (2^proxy x, 2^proxy y) and holds their mean (before clipping).
+    // Frame 0 or 1 over pixels [x1, x2) x [y1, y2) at proxy scale `proxy`:
+    // pixel (x, y) there is the halving filter's value over columns
+    // 2x - 3 .. 2x + 4 and rows 2y - 3 .. 2y + 4 of the level below, centred
+    // on (2x + 1, 2y + 1) (before clipping, and as if the frame went on).
     TextureImage render(int frame, int proxy, int x1, int x2, int y1, int y2) const {
         if ((frame != 0 && frame != 1) || proxy < 0 || proxy > 30 || x2 < x1 || y2 < y1)
             throw std::invalid_argument("TexturePair::render: frame 0 or 1, a proxy scale and a rectangle");
@@ -123,7 +127,7 @@ public:
         std::vector<double> columnSin(columnCos.size());
         std::vector<double> weight(NB_WAVES);
         for (int w = 0; w < NB_WAVES; ++w)
-            weight[w] = _gain * blockMean(waves[w].kx, n) * blockMean(waves[w].ky, n);
+            weight[w] = _gain * halvingResponse(waves[w].kx, proxy) * halvingResponse(waves[w].ky, proxy);
         for (int x = x1; x < x2; ++x)
             for (int w = 0; w < NB_WAVES; ++w) {
                 double const angle = waves[w].kx * ((x + 0.5) * n) + waves[w].phase;
@@ -205,11 +209,28 @@ private:
         double phase;
     };
 
-    // The mean of a wave of angular frequency k over n consecutive pixels,
-    // relative to its value at their centre: sin(n k / 2) / (n sin(k / 2)).
-    static double blockMean(double k, double n) {
-        double const denominator = n * std::sin(0.5 * k);
-        return std::abs(denominator) < 1e-300 ? 1.0 : std::sin(0.5 * n * k) / denominator;
+    static double sinc(double x) {
+        return x == 0.0 ? 1.0 : std::sin(std::numbers::pi * x) / (std::numbers::pi * x);
+    }
+
+    // What `proxy` halvings leave of a wave of angular frequency k (radians a
+    // pixel at proxy 0), relative to its value at the pixel's centre. The
+    // filter weighs the source pixel at distance d from the centre by
+    // sinc(d / 2) sinc(d / 4), d = 0.5, 1.5, 2.5, 3.5 on either side, normalised.
+    static double halvingResponse(double k, int proxy) {
+        double response = 1.0;
+        for (int level = 0; level < proxy; ++level) {
+            double const kLevel = k * double(1 << level); // radians a pixel of that level
+            double sum = 0.0, weights = 0.0;
+            for (int tap = 0; tap < 4; ++tap) {
+                double const d = tap + 0.5;
+                double const weight = sinc(d / 2.0) * sinc(d / 4.0);
+                sum += weight * std::cos(kLevel * d);
+                weights += weight;
+            }
+            response *= sum / weights;
+        }
+        return response;
     }
 
     // T(p), or T^-1(p) when `inverse`.

@@ -1,11 +1,15 @@
 // The textured pairs the flow is measured on: frame 1 is frame 0 moved as
-// stated, proxies are means of the pixels they cover, the true flows and the
-// interior are those worked out by hand, and the contrast is the one asked.
+// stated, each proxy scale is the image reader's halving of the one below,
+// the true flows and the interior are those worked out by hand, and the
+// contrast is the one asked.
 #include "motioTexturePair.h"
+
+#include "ipScanlineUtil.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
 
+using namespace Qv;
 using namespace Qv::MotioTest;
 
 namespace {
@@ -56,25 +60,27 @@ TEST(MotioTexturePair, NoMotionGivesTheSameFrameToTheBit) {
     EXPECT_EQ(pair.render(0).values, pair.render(1).values);
 }
 
-TEST(MotioTexturePair, AProxyPixelIsTheMeanOfThePixelsItCovers) {
-    // Low contrast, so that nothing is clipped and the mean is exact.
-    TexturePair const pair(64, 48, {2.5, -1.25, 7.0, 1.1}, CAMERA_LOW_STD);
-    for (int frame : {0, 1}) {
-        TextureImage const full = pair.render(frame);
+TEST(MotioTexturePair, EachProxyScaleIsTheReadersHalvingOfTheOneBelow) {
+    // Low contrast, so that nothing is clipped; the host's own eight weights.
+    TexturePair const pair(96, 80, {2.5, -1.25, 7.0, 1.1}, CAMERA_LOW_STD);
+    float const* weights = IpScanlineUtil::getLanczos2Weights();
+    for (int frame : {0, 1})
         for (int proxy : {1, 2, 3}) {
-            int const n = 1 << proxy;
-            TextureImage const reduced = pair.render(frame, proxy, 1, 64 / n, 0, 48 / n);
-            for (int y = 0; y < 48 / n; ++y)
-                for (int x = 1; x < 64 / n; ++x) {
-                    double mean = 0.0;
-                    for (int j = 0; j < n; ++j)
-                        for (int i = 0; i < n; ++i)
-                            mean += full.at(n * x + i, n * y + j);
-                    ASSERT_NEAR(reduced.at(x, y), mean / (n * n), 1e-5)
+            int const width = 96 >> (proxy - 1), height = 80 >> (proxy - 1);
+            TextureImage const below = pair.render(frame, proxy - 1, 0, width, 0, height);
+            // The pixels whose eight by eight source pixels lie in `below`.
+            TextureImage const level = pair.render(frame, proxy, 2, width / 2 - 2, 2, height / 2 - 2);
+            for (int y = 2; y < height / 2 - 2; ++y)
+                for (int x = 2; x < width / 2 - 2; ++x) {
+                    double filtered = 0.0;
+                    for (int j = 0; j < 8; ++j)
+                        for (int i = 0; i < 8; ++i)
+                            filtered +=
+                                double(weights[j]) * weights[i] * below.at(2 * x - 3 + i, 2 * y - 3 + j);
+                    ASSERT_NEAR(level.at(x, y), filtered, 2e-6)
                         << "frame " << frame << " proxy " << proxy << " at " << x << ", " << y;
                 }
         }
-    }
 }
 
 TEST(MotioTexturePair, TheDeviationIsTheOneAskedAroundAHalf) {
