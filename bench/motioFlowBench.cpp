@@ -4,12 +4,13 @@
 // one (0.05), from the test pairs' texture.
 // Ours: the Forward Vectors of a new Motio chain each run, so with cold
 // caches, at quality "Full" (and "Half"), the whole frame at proxy 0 on the
-// request manager's workers, from float frames whose proxy scales are cut
-// into tiles beforehand. Theirs: cv::calcOpticalFlowFarneback (0.5, 5, 15, 3,
-// 5, 1.2) and a new DIS PRESET_MEDIUM each run, on the 8-bit luminance (both
-// need 8 bits, or 0-255 values), on as many threads. Times on the camera
-// pair, median of 5 in turns; end-point errors on both pairs, over the pixels
-// 16 or more inside both frames.
+// request manager's workers, from float frames whose proxy scales (the
+// image reader's halvings) are cut into tiles beforehand.
+// Theirs: cv::calcOpticalFlowFarneback (0.5, 5, 15, 3, 5, 1.2) and a new DIS
+// PRESET_MEDIUM each run, on the 8-bit luminance (both need 8 bits, or
+// 0-255 values), on as many threads.
+// Times on the camera pair, median of 5 in turns; end-point errors on both
+// pairs, over the pixels 16 or more inside both frames.
 // Prints `ratio motio.full.farneback`, `ratio motio.full.dis`,
 // `ratio motio.half.farneback`, then per pair `epe motio.<pair>`,
 // `epe farneback.<pair>`, `epe dis.<pair>` and `ratio motio.<pair>_epe.farneback`.
