@@ -49,7 +49,11 @@ public:
         CoRgbaColorTyped<float> const fb = b.getFillColor();
         // What lies outside both is the difference of what each says lies there.
         CoRgbaColorTyped<float> const fill{fa.r - fb.r, fa.g - fb.g, fa.b - fb.b, fa.a - fb.a};
-        GeRectangle<int> const region = a.getPixelRegion().getBounding(b.getPixelRegion());
+        // Only the tile asked for: a side that produces whole frames gives
+        // more, and a larger result would shadow its neighbours' pixels.
+        GeRectangle<int> const region = a.getPixelRegion()
+                                            .getBounding(b.getPixelRegion())
+                                            .getIntersection(getTilePixels(context.getTilePosition()));
         if (region.isEmpty())
             return PxImageResult(allocateEmptyImageBuffer(fill), interval);
         IxTile const tile = allocateImageBuffer(context, fill, region);
