@@ -5,6 +5,7 @@
 #include "btBwdWarpTool.h"
 #include "btFlowLKTool.h"
 #include "btFwdWarpTool.h"
+#include "btMotioTool.h"
 #include "btPMCoefsTool.h"
 #include "btPMFilterTool.h"
 #include "btTimeDerivTool.h"
@@ -38,6 +39,8 @@ void InInit<QvInit::motio>::initialize() {
     BtPMFilterTool::registerTool();
     BtUpscaleTool::registerTool();
     BtVectorIncTool::registerTool();
+    // The optical-flow tool users place in a composition.
+    BtMotioTool::registerTool();
 }
 
 template <>
