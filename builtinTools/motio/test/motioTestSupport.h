@@ -17,11 +17,13 @@
 #include "pxConfig.h"
 #include "pxEmptyImageNode.h"
 #include "pxImageMultiTileRequest.h"
+#include "pxImageNode.h"
 #include "pxImageProtocol.h"
 #include "pxRequest.h"
 #include "pxRequestMgr.h"
 #include "pxValueNodes.h"
 
+#include <atomic>
 #include <cmath>
 #include <cstdint>
 #include <functional>
@@ -365,6 +367,30 @@ inline Rgba largeValue(int x, int y) {
 }
 inline std::pair<float, float> smoothField(int x, int y) {
     return {3.0f * std::sin(float(x + y) / 5.0f), 2.5f * std::cos(float(x - y) / 4.0f)};
+}
+
+// A node above an image that counts the invalidations reaching it, and
+// otherwise shows the image.
+class InvalidationProbe : public PxImageNode {
+public:
+    InvalidationProbe(PxNode::Init const& init, PxNodePtr<PxImageProtocol const> const& input)
+        : PxNode(init), PxImageNode(init, input) {}
+    PxImageResult getImageResult(PxImageContext const& context) const override {
+        return PxUPtr<PxImageProtocol const>(getInput())->getImageResult(context);
+    }
+    void invalidateAndReinitialize(PxValidityInterval const& interval, PxUPtr<PxNode const> const& child,
+                                   int stream) override {
+        PxImageNode::invalidateAndReinitialize(interval, child, stream);
+        _invalidations.fetch_add(1);
+    }
+    int getNbInvalidations() const { return _invalidations.load(); }
+
+private:
+    std::atomic<int> _invalidations{0};
+};
+
+inline PxStrongHndl<InvalidationProbe> probe(PxStrongHndl<PxNode const> const& image) {
+    return make<InvalidationProbe>(PxNodePtr<PxImageProtocol const>(image));
 }
 
 } // namespace Qv::MotioTest
