@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
     addPixelCommand(app, action);
     addSequenceCommand(app, action);
     addReadCommand(app, action);
+    addMotioCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {

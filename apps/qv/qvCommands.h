@@ -24,5 +24,6 @@ void addSnapshotCommand(CLI::App& app, QvAction& action);
 void addPixelCommand(CLI::App& app, QvAction& action);
 void addSequenceCommand(CLI::App& app, QvAction& action);
 void addReadCommand(CLI::App& app, QvAction& action);
+void addMotioCommand(CLI::App& app, QvAction& action);
 
 } // namespace Qv
