@@ -4,8 +4,7 @@
 #include "btImageReaderNode.h"
 #include "btImageSequence.h"
 #include "btMotioTool.h"
-#include "btPxMotioNode.h"
-#include "btPxMotioOutputNode.h"
+#include "btMotionUtils.h"
 #include "btRangeSpec.h"
 #include "btReaderCacheIdentity.h"
 #include "btSequencePath.h"
@@ -13,11 +12,17 @@
 #include "exBase.h"
 #include "imMemoryBuffer.h"
 #include "ixUtil.h"
+#include "piGraph.h"
 #include "piImageFile.h"
+#include "piImageModifier.h"
 #include "piImageSequence.h"
 #include "piImageSocket.h"
+#include "piNode.h"
+#include "piOutput.h"
+#include "piProcBuilder.h"
 #include "uuid.h"
 
+#include <array>
 #include <fmt/format.h>
 #include <ostream>
 
@@ -141,6 +146,34 @@ PxStrongHndl<BtImageReaderNode> createReader(Input const& input, ImLayout const&
     return node;
 }
 
+// A composition in memory: a "Motio" node whose input plays the files. No
+// tool plays a reader made outside a composition, so a Color Source stands
+// in for one and its output publishes the reader instead of its colour;
+// nothing changes the stand-in afterwards, so nothing rebuilds it.
+class MotioComposition {
+public:
+    MotioComposition(PxStrongHndl<PxNode const> const& frames, int quality) {
+        RCShdPtr<PiNode> const source = _graph->createNode("Color Source", "Frames");
+        RCShdPtr<PiNode> const motio = _graph->createNode(BtMotioTool::getToolName(), "Motio");
+        motio->getInput(BtMotioTool::getQualityInputName(), true)->setConstantValue(quality);
+        RCShdPtr<PiOutput> const output = source->getOutput(PiImageModifier::getOutputName(), true);
+        _graph->connect(output, motio->getInput(PiImageModifier::getSingleInputName(), true));
+        PiProcBuilder::publish(*source, {{output.get(), frames}});
+        _vectors = {motio->getOutput(BtMotionUtils::getFwdVectorsSocketName(), true),
+                    motio->getOutput(BtMotionUtils::getBwdVectorsSocketName(), true)};
+    }
+    MotioComposition(MotioComposition const&) = delete;
+    MotioComposition& operator=(MotioComposition const&) = delete;
+
+    PxStrongHndl<PxNode const> const& getVectors(BtMotioTypes::VectorType type) const {
+        return _vectors[type]->getProcNode();
+    }
+
+private:
+    RCShdPtr<PiGraph> _graph{new PiGraph};
+    std::array<RCShdPtr<PiOutput>, BtMotioTypes::NB_VECTOR_TYPES> _vectors;
+};
+
 } // namespace
 
 } // namespace Qv
@@ -178,12 +211,7 @@ extern "C" void btMotioSequence(Qv::BtMotioSequenceOptions const& options, Qv::B
             ? input.sequence->getRate()
             : Rational(24, 1);
     PxStrongHndl<BtImageReaderNode> const reader = createReader(input, layout, rate);
-    PxStrongHndl<BtPxMotioNode const> const motio(
-        BtMotioTool::createPxNode(PxStrongHndl<PxNode const>(reader), options.quality));
-    BtPxMotioNode::PerType<PxStrongHndl<PxNode const>> outputs;
-    for (auto type = BtMotioTypes::FORWARD_VECTORS; type < BtMotioTypes::NB_VECTOR_TYPES;
-         type = BtMotioTypes::next(type))
-        outputs[type] = PxStrongHndl<PxNode const>(BtPxMotioOutputNode<BtPxMotioNode>::create(motio, type));
+    MotioComposition const composition(PxStrongHndl<PxNode const>(reader), options.quality);
 
     // Frame by frame, forward then backward, so that each frame's files are
     // read while the analyses that need them run.
@@ -202,7 +230,7 @@ extern "C" void btMotioSequence(Qv::BtMotioSequenceOptions const& options, Qv::B
             if (!wanted)
                 continue;
             sink.analysing(type, number, done, total);
-            IxTile const tile = piComputeImageFrame(outputs[type], time, 0);
+            IxTile const tile = piComputeImageFrame(composition.getVectors(type), time, 0);
             sink.vectors(type, number, text, tile);
             ++done;
         }
