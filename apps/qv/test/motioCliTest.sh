@@ -34,6 +34,9 @@ texture 160 120 0 0 >a0.ppm
 texture 160 120 3 -2 >a1.ppm
 for i in 1 2 3; do texture 160 120 $((3 * (i - 1))) $((-2 * (i - 1))) >"s.000$i.ppm"; done
 texture 64 48 0 0 >small.ppm
+# One channel: the first of each pixel's three.
+awk 'NR == 1 { print "P2"; next } NR <= 3 { print; next } {
+    n = split($0, a, " "); line = ""; for (i = 1; i <= n; i += 3) line = line a[i] " "; print line }' a1.ppm >a1.pgm
 echo "not an image" >junk.ppm
 
 # meanNear: the stats line of that kind and frame has means within 0.1 of x y.
@@ -86,6 +89,7 @@ while IFS='|' read -r what text args; do
 done <<'EOF'
 a missing file|motio: missing.ppm: no such file|a0.ppm missing.ppm --stats --forward x.exr
 a file that is no image|motio: junk.ppm: |junk.ppm a1.ppm --forward x.exr
+an image of one channel|motio: a1.pgm: one channel, which images read as an alpha|a0.ppm a1.pgm --stats
 frames of different sizes|motio: small.ppm is 64x48, a0.ppm is 160x120|a0.ppm small.ppm --forward x.exr
 a sequence of one frame|motio: s.[0001:0001].ppm: 1 frame in play, motion needs 2 or more|'s.[0001:0001].ppm' --stats
 one frame of a sequence|motio: s.[0001:0003].ppm: 1 frame in play|'s.[0001:0003].ppm' --frames 2 --stats

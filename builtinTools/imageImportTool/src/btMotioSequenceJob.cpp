@@ -115,6 +115,10 @@ ImLayout checkFiles(PiImageSequence const& sequence, int first, int last) {
         } catch (ExBase const& error) {
             rethrowNaming(name, error);
         }
+        // The analysis runs on luminance, which an alpha alone does not have.
+        if (here.getFormat().getComps() == 1)
+            throw ExBase(__FILE__, __LINE__,
+                         name + ": one channel, which images read as an alpha: no colour to find motion in");
         GeRectangle<int> const& rect = here.getRect();
         if (index == first) {
             layout = here;
