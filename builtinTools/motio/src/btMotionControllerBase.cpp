@@ -63,9 +63,10 @@ void BtMotionControllerBase::signalVectorConnectionsChanged() {
 }
 
 BtMotionControllerBase::PublishedVectors BtMotionControllerBase::createVectorComputationProcNodes(
-    OutputPublisher& publisher, PiNode const& node, PxStrongHndl<PxNode const> const& image,
-    std::string const& outputName, PxStrongHndl<PxNode const> const& fwdVectors,
-    PxStrongHndl<PxNode const> const& bwdVectors, PxStrongHndl<PxNode const> const& quality) {
+    PiToolTopologyInterface::OutputPublisher& publisher, PiNode const& node,
+    PxStrongHndl<PxNode const> const& image, std::string const& outputName,
+    PxStrongHndl<PxNode const> const& fwdVectors, PxStrongHndl<PxNode const> const& bwdVectors,
+    PxStrongHndl<PxNode const> const& quality) {
     constexpr int NB = BtMotioTypes::NB_VECTOR_TYPES;
     std::array<RCShdPtr<PiOutput>, NB> outputs;
     BtMotioTool::CacheSockets sockets;

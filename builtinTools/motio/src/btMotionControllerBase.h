@@ -21,8 +21,6 @@ class PiOutput;
 
 class BtMotionControllerBase {
 public:
-    using OutputPublisher = PiToolTopologyInterface::OutputPublisher;
-
     virtual ~BtMotionControllerBase();
 
     static std::string const& getCalculateMotionName(); // "Calculate Motion"
@@ -45,12 +43,12 @@ public:
     // `outputName` is not empty the image itself is published on that output.
     // Returns the vector nodes published, forward first.
     using PublishedVectors = std::array<PxStrongHndl<PxImageProtocol>, BtMotioTypes::NB_VECTOR_TYPES>;
-    static PublishedVectors createVectorComputationProcNodes(OutputPublisher& publisher, PiNode const& node,
-                                                             PxStrongHndl<PxNode const> const& image,
-                                                             std::string const& outputName,
-                                                             PxStrongHndl<PxNode const> const& fwdVectors,
-                                                             PxStrongHndl<PxNode const> const& bwdVectors,
-                                                             PxStrongHndl<PxNode const> const& quality);
+    static PublishedVectors
+    createVectorComputationProcNodes(PiToolTopologyInterface::OutputPublisher& publisher, PiNode const& node,
+                                     PxStrongHndl<PxNode const> const& image, std::string const& outputName,
+                                     PxStrongHndl<PxNode const> const& fwdVectors,
+                                     PxStrongHndl<PxNode const> const& bwdVectors,
+                                     PxStrongHndl<PxNode const> const& quality);
 
     // The frame at t + frameOffset brought back to t: read at each pixel
     // where the vectors, followed frame by frame, say its content went
