@@ -10,6 +10,8 @@
 #include "qvVectorImage.h"
 
 #include <array>
+#include <atomic>
+#include <csignal>
 #include <iostream>
 #include <memory>
 #include <unistd.h>
@@ -99,6 +101,41 @@ private:
     bool _shown = false;
 };
 
+// An interruption (Ctrl-C, a farm's kill) while a file is written waits for
+// its rename: a file is whole under its name or absent, and no temporary file
+// is left behind. Otherwise the signal ends qv at once, as it would anyway.
+std::atomic<bool> gWriting{false};
+std::atomic<int> gPendingSignal{0};
+constexpr std::array<int, 3> INTERRUPTIONS{SIGINT, SIGTERM, SIGHUP};
+
+extern "C" void onInterruption(int signal) {
+    if (gWriting.load()) {
+        gPendingSignal.store(signal);
+        return;
+    }
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
+class WritingFiles {
+public:
+    WritingFiles() { gWriting.store(true); }
+    ~WritingFiles() {
+        gWriting.store(false);
+        if (int const signal = gPendingSignal.exchange(0)) {
+            std::signal(signal, SIG_DFL);
+            std::raise(signal);
+        }
+    }
+    WritingFiles(WritingFiles const&) = delete;
+    WritingFiles& operator=(WritingFiles const&) = delete;
+
+    static void catchInterruptions() {
+        for (int const signal : INTERRUPTIONS)
+            std::signal(signal, onInterruption);
+    }
+};
+
 class Outputs : public BtMotioSequenceSink {
 public:
     Outputs(MotioArguments const& arguments, std::ostream& out) : _arguments(arguments), _out(out) {}
@@ -111,6 +148,7 @@ public:
     void vectors(BtMotioTypes::VectorType type, long long frame, std::string const& frameText,
                  IxTile const& tile) override {
         QvVectorImage const image(tile);
+        WritingFiles const writing;
         if (std::string const& file = _arguments.files[type]; !file.empty())
             image.writeExr(OsFilePath(fileName(file, frameText)));
         if (std::string const& wheel = _arguments.wheels[type]; !wheel.empty())
@@ -138,6 +176,7 @@ int motio(MotioArguments const& arguments, std::ostream& out) {
             for (std::string const& pattern : *patterns)
                 if (!pattern.empty() && pattern.find(FRAME_NO) == std::string::npos)
                     return fail(pattern + ": no " + FRAME_NO + " for the frame numbers of a sequence");
+    WritingFiles::catchInterruptions();
     try {
         Outputs outputs(arguments, out);
         findEntryPoint<void (*)(BtMotioSequenceOptions const&, BtMotioSequenceSink&)>("btMotioSequence")(
