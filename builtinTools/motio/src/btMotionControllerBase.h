@@ -36,9 +36,10 @@ public:
 
     // Publishes on the node's "Forward Vectors" and "Backward Vectors"
     // outputs the vectors of `image`: computed by the Motio chain (with
-    // `quality`, an integer value node) unless the node's "Calculate Motion"
-    // is off or external vectors (`fwdVectors`, `bwdVectors`, the nodes of
-    // the vectors inputs) are connected. The caches take their storage from
+    // `quality`, an integer value node; null for "Full") unless the node's
+    // "Calculate Motion" is off or external vectors (`fwdVectors`,
+    // `bwdVectors`, the nodes of the vectors inputs; null for a node without
+    // them, which always computes) are connected. The caches take their storage from
     // the node's vector outputs (outer) and vectors inputs (inner). When
     // `outputName` is not empty the image itself is published on that output.
     // Returns the vector nodes published, forward first.
@@ -53,7 +54,9 @@ public:
     // The frame at t + frameOffset brought back to t: read at each pixel
     // where the vectors, followed frame by frame, say its content went
     // (forward vectors for a later frame, backward ones otherwise). Kept in a
-    // memory cache "Motion Warped Frame Cache".
+    // memory cache "Motion Warped Frame Cache". The vectors are read as
+    // pixels of the frame: nominal and pixelized agree at proxy scale 0 with
+    // square pixels.
     static PxStrongHndl<PxImageProtocol> createWarpedFrameNodes(PxStrongHndl<PxNode const> const& image,
                                                                 PxStrongHndl<PxNode const> const& fwdVectors,
                                                                 PxStrongHndl<PxNode const> const& bwdVectors,
