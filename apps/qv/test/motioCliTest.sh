@@ -80,6 +80,20 @@ stats=$("$qv" motio a0.ppm a1.ppm --stats --quality 1 2>/dev/null)
 check "a quality by number is the same as by label" \
     "[[ \"\$stats\" == \"\$(\"\$qv\" motio a0.ppm a1.ppm --stats --quality Half 2>/dev/null)\" ]]"
 
+check "a coarser quality analyses less: other vectors" \
+    "[[ \"\$stats\" != \"\$(\"\$qv\" motio a0.ppm a1.ppm --stats 2>/dev/null)\" ]]"
+
+mkdir pair
+"$qv" motio a0.ppm a1.ppm --forward 'pair/v.<FrameNo>.exr' --backward 'pair/v.<FrameNo>.exr' 2>/dev/null
+check "a pair: <FrameNo> is 0 for the forward vectors, 1 for the backward" \
+    "[[ \"\$(ls pair | tr '\n' ' ')\" == 'v.0.exr v.1.exr ' ]]"
+
+texture 4 3 0 0 >tiny0.ppm
+texture 4 3 1 0 >tiny1.ppm
+stats=$("$qv" motio tiny0.ppm tiny1.ppm --stats 2>/dev/null)
+check "frames under 5 pixels high: no analysis, no motion" \
+    "[[ \"\$stats\" == \$'forward 0: mean 0 0 max 0\nbackward 1: mean 0 0 max 0' ]]"
+
 # Refused before any analysis, with status 1 and one line naming the problem;
 # nothing is written.
 alsoRefused() { check "$1: nothing written" "[[ ! -e x.exr && ! -e x.0001.exr ]]"; }
