@@ -202,10 +202,13 @@ void addMotioCommand(CLI::App& app, QvAction& action) {
                      "Two image files (frames 0 and 1), or one sequence path such as shot/p.[1:24#].exr")
         ->required()
         ->expected(1, 2);
-    command->add_option("--frames", arguments->frames, "The frames in play, A-B (default all)");
-    command->add_option("--quality", arguments->quality,
-                        "The finest level analysed: 0 to 6, or Full, Half, Quarter, Eighth, Sixteenth, "
-                        "Thirty-second, Sixty-fourth (default Full)");
+    command->add_option("--frames", arguments->frames, "The frames in play, A-B (default all)")
+        ->option_text("A-B");
+    command
+        ->add_option("--quality", arguments->quality,
+                     "The finest level analysed: 0 to 6, or Full, Half, Quarter, Eighth, Sixteenth, "
+                     "Thirty-second, Sixty-fourth (default Full)")
+        ->option_text("Q");
     // The vectors are EXR whatever the name says: let the name say it too.
     auto const exr = [](std::string const& name) {
         std::string const extension = name.size() < 4 ? std::string() : name.substr(name.size() - 4);
@@ -215,18 +218,25 @@ void addMotioCommand(CLI::App& app, QvAction& action) {
         ->add_option("--forward", arguments->files[BtMotioTypes::FORWARD_VECTORS],
                      "EXR files of the forward vectors (R horizontal, G vertical, in pixels); "
                      "<FrameNo> becomes the frame's number")
-        ->check(exr);
+        ->check(exr)
+        ->option_text("OUT");
     command
         ->add_option("--backward", arguments->files[BtMotioTypes::BACKWARD_VECTORS],
                      "EXR files of the backward vectors, likewise")
-        ->check(exr);
-    command->add_option("--forward-wheel", arguments->wheels[BtMotioTypes::FORWARD_VECTORS],
-                        "Images (PNG) of the forward vectors in the flow colour coding");
-    command->add_option("--backward-wheel", arguments->wheels[BtMotioTypes::BACKWARD_VECTORS],
-                        "Images (PNG) of the backward vectors in the flow colour coding");
+        ->check(exr)
+        ->option_text("OUT");
+    command
+        ->add_option("--forward-wheel", arguments->wheels[BtMotioTypes::FORWARD_VECTORS],
+                     "Images (PNG) of the forward vectors in the flow colour coding")
+        ->option_text("PNG");
+    command
+        ->add_option("--backward-wheel", arguments->wheels[BtMotioTypes::BACKWARD_VECTORS],
+                     "Images (PNG) of the backward vectors in the flow colour coding")
+        ->option_text("PNG");
     command
         ->add_option("--wheel-max", arguments->wheelMax,
                      "The magnitude of full colour, in pixels (default each image's largest)")
+        ->option_text("M")
         ->check(CLI::PositiveNumber);
     command->add_flag("--stats", arguments->stats,
                       "Print, per vector image, the means of x and y and the largest magnitude");
