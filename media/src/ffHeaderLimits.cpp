@@ -9,15 +9,22 @@
 
 namespace Qv {
 
-void FfHeaderLimits::check(OsFilePath const& path, std::uintmax_t fileSize, FfImageFormatTraits const& traits,
-                           OIIO::ImageSpec const& spec) {
-    int const side = std::max({spec.width, spec.height, spec.tile_width, spec.tile_height});
-    if (side > MAX_SIDE || spec.nchannels > MAX_CHANNELS)
+void FfHeaderLimits::checkSides(OsFilePath const& path, long long width, long long height,
+                                long long channels) {
+    if (std::max(width, height) > MAX_SIDE || channels > MAX_CHANNELS)
         throw FfIOEx::ExOpNotSupported(
             __FILE__, __LINE__, path.toString(),
             fmt::format(
-                "{} by {} pixels of {} channels: more than this system reads ({} a side, {} channels)",
-                spec.width, spec.height, spec.nchannels, MAX_SIDE, MAX_CHANNELS));
+                "{} by {} pixels of {} channels: more than this system reads ({} a side, {} channels)", width,
+                height, channels, MAX_SIDE, MAX_CHANNELS));
+}
+
+void FfHeaderLimits::check(OsFilePath const& path, std::uintmax_t fileSize, FfImageFormatTraits const& traits,
+                           OIIO::ImageSpec const& spec) {
+    if (std::max(spec.tile_width, spec.tile_height) > MAX_SIDE)
+        checkSides(path, std::max(spec.width, spec.tile_width), std::max(spec.height, spec.tile_height),
+                   spec.nchannels);
+    checkSides(path, spec.width, spec.height, spec.nchannels);
     if (std::max({std::llabs(spec.x), std::llabs(spec.y), std::llabs(spec.z)}) > MAX_ORIGIN)
         throw FfIOEx::ExCorruptFile(__FILE__, __LINE__, path.toString(),
                                     fmt::format("its header places the pixels at ({}, {}), more than {} "

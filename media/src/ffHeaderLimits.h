@@ -29,6 +29,9 @@ inline constexpr int MAX_ORIGIN = 1 << 24;
 // beyond MAX_ORIGIN.
 void check(OsFilePath const& path, std::uintmax_t fileSize, FfImageFormatTraits const& traits,
            OIIO::ImageSpec const& spec);
+// The side and channel part of check, for a header read before the library
+// sees it (a library that sizes its buffers by the header at open).
+void checkSides(OsFilePath const& path, long long width, long long height, long long channels);
 } // namespace FfHeaderLimits
 
 } // namespace Qv

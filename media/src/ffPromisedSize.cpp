@@ -1,5 +1,7 @@
 #include "ffPromisedSize.h"
 
+#include "ffHeaderLimits.h"
+
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
@@ -188,6 +190,8 @@ Size exr(OsFilePath const& path) {
     bool const tiled = (flags & 0x200) != 0;
     std::uintmax_t end = 8;
     std::optional<std::uintmax_t> rows;
+    long long width = 0;
+    long long channels = 0;
     int rowsPerChunk = 1;
     for (int part = 0;; ++part) {
         bool empty = true;
@@ -216,6 +220,7 @@ Size exr(OsFilePath const& path) {
                         return fileSize + 1;
                     if (channel->empty())
                         break;
+                    channels += part == 0;
                     stream.seekg(16, std::ios::cur);
                 }
                 bytes = static_cast<std::uintmax_t>(stream.tellg()) - start;
@@ -232,10 +237,14 @@ Size exr(OsFilePath const& path) {
                 return end;
             Bytes value(*name == "dataWindow" || *name == "compression" ? bytes : 0);
             stream.read(reinterpret_cast<char*>(value.data()), static_cast<std::streamsize>(value.size()));
-            if (*name == "dataWindow" && *type == "box2i" && bytes == 16 && part == 0)
-                rows = static_cast<std::uintmax_t>(
-                    static_cast<std::int64_t>(static_cast<std::int32_t>(littleEndian(value, 12, 4))) -
-                    static_cast<std::int32_t>(littleEndian(value, 4, 4)) + 1);
+            if (*name == "dataWindow" && *type == "box2i" && bytes == 16 && part == 0) {
+                auto const side = [&value](std::size_t from, std::size_t to) {
+                    return static_cast<std::int64_t>(static_cast<std::int32_t>(littleEndian(value, to, 4))) -
+                           static_cast<std::int32_t>(littleEndian(value, from, 4)) + 1;
+                };
+                width = side(0, 8);
+                rows = static_cast<std::uintmax_t>(side(4, 12));
+            }
             if (*name == "compression" && bytes == 1) {
                 static int const perChunk[] = {1, 1, 1, 16, 32, 16, 32, 32, 32, 256};
                 rowsPerChunk = value[0] < std::size(perChunk) ? perChunk[value[0]] : 1;
@@ -246,6 +255,10 @@ Size exr(OsFilePath const& path) {
         if (!multiPart || empty)
             break;
     }
+    // The library allocates a row of the data window's width as it opens
+    // the file, whatever the file holds: a damaged width is refused first.
+    if (rows)
+        FfHeaderLimits::checkSides(path, width, static_cast<long long>(*rows), channels);
     if (multiPart || tiled || !rows || *rows > 0xffffffff)
         return end;
     return end + (*rows + static_cast<std::uintmax_t>(rowsPerChunk) - 1) /

@@ -18,7 +18,8 @@
 namespace Qv {
 
 namespace FfPromisedSize {
-// `libraryName` is the image library's plug-in name ("sgi").
+// `libraryName` is the image library's plug-in name ("sgi"). An EXR header
+// whose data window exceeds FfHeaderLimits' sides throws as its check does.
 std::optional<std::uintmax_t> of(OsFilePath const& path, std::string_view libraryName);
 } // namespace FfPromisedSize
 

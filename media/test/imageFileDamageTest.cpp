@@ -262,5 +262,32 @@ TEST_F(ImageFileDamage, anExrAttributeThatLiesAboutItsSizeCannotHideALargerOne) 
     }
 }
 
+// The EXR library allocates a row as wide as the data window when it opens a
+// file: a damaged width is refused from the header, before the library sees it.
+TEST_F(ImageFileDamage, anExrWiderThanTheSystemReadsIsRefusedBeforeTheLibraryOpensIt) {
+    OsFilePath const file = path("wide.exr");
+    FfImageWriteUtil::writeTile(file, patternTile(8, 8));
+    std::string bytes;
+    {
+        std::ifstream in(file.toString(), std::ios::binary);
+        bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    }
+    std::string const attribute("dataWindow\0box2i\0", 17);
+    std::size_t const at = bytes.find(attribute);
+    ASSERT_NE(at, std::string::npos);
+    // xMax, after the size and xMin, yMin: 16,779,008 columns.
+    std::size_t const xMax = at + attribute.size() + 4 + 8;
+    std::uint32_t const wide = 16779008;
+    for (int i = 0; i < 4; ++i)
+        bytes[xMax + static_cast<std::size_t>(i)] = static_cast<char>(wide >> (8 * i));
+    std::ofstream(file.toString(), std::ios::binary | std::ios::trunc) << bytes;
+    try {
+        FfFileFormatMgr::getInstance().openImageFile(file);
+        ADD_FAILURE() << "opened";
+    } catch (FfIOEx::ExOpNotSupported const& error) {
+        EXPECT_NE(error.getDetail().find("16779009 by 8 pixels"), std::string::npos) << error.what();
+    }
+}
+
 } // namespace
 } // namespace Qv
