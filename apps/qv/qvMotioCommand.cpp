@@ -9,6 +9,7 @@
 #include "qvEntryPoint.h"
 #include "qvVectorImage.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <csignal>
@@ -21,8 +22,6 @@ namespace Qv {
 namespace {
 
 std::string const FRAME_NO = "<FrameNo>";
-std::array<std::string, 7> const QUALITY_LABELS{"Full",      "Half",          "Quarter",     "Eighth",
-                                                "Sixteenth", "Thirty-second", "Sixty-fourth"};
 
 template <class T>
 using PerType = std::array<T, BtMotioTypes::NB_VECTOR_TYPES>;
@@ -40,16 +39,6 @@ struct MotioArguments {
 
 char const* typeName(BtMotioTypes::VectorType type) {
     return type == BtMotioTypes::FORWARD_VECTORS ? "forward" : "backward";
-}
-
-int parseQuality(std::string const& text) {
-    for (std::size_t q = 0; q < QUALITY_LABELS.size(); ++q)
-        if (text == std::to_string(q) || text == QUALITY_LABELS[q])
-            return static_cast<int>(q);
-    std::string labels;
-    for (std::string const& label : QUALITY_LABELS)
-        labels += (labels.empty() ? "" : ", ") + label;
-    throw CLI::ValidationError("--quality", "\"" + text + "\" is not 0 to 6 nor one of " + labels);
 }
 
 long long parseFrame(std::string const& text, std::string const& whole) {
@@ -169,7 +158,16 @@ int fail(std::string const& reason) {
     return 1;
 }
 
-int motio(MotioArguments const& arguments, std::ostream& out) {
+int motio(MotioArguments arguments, std::ostream& out) {
+    // The tool's own values and labels: known once its library is loaded.
+    std::string labels;
+    arguments.job.quality = findEntryPoint<int (*)(std::string const&, std::string&)>("btMotioQuality")(
+        arguments.quality, labels);
+    if (arguments.job.quality < 0) {
+        std::cerr << "qv: motio: --quality: \"" << arguments.quality << "\" is not 0 to "
+                  << std::count(labels.begin(), labels.end(), ',') << " nor one of " << labels << std::endl;
+        return 2;
+    }
     // A sequence writes a file per frame: each name needs the frame's number.
     if (arguments.inputs.size() == 1)
         for (auto const* patterns : {&arguments.files, &arguments.wheels})
@@ -243,7 +241,6 @@ void addMotioCommand(CLI::App& app, QvAction& action) {
     command->callback([&action, arguments] {
         BtMotioSequenceOptions& job = arguments->job;
         job.inputs = arguments->inputs;
-        job.quality = parseQuality(arguments->quality);
         if (!arguments->frames.empty())
             parseFrames(arguments->frames, job);
         for (auto type = BtMotioTypes::FORWARD_VECTORS; type < BtMotioTypes::NB_VECTOR_TYPES;

@@ -17,6 +17,7 @@
 #include "piImageModifier.h"
 #include "piImageSequence.h"
 #include "piImageSocket.h"
+#include "piInputPolicy.h"
 #include "piNode.h"
 #include "piOutput.h"
 #include "piProcBuilder.h"
@@ -239,4 +240,19 @@ extern "C" void btMotioSequence(Qv::BtMotioSequenceOptions const& options, Qv::B
             ++done;
         }
     }
+}
+
+int btMotioQuality(std::string const& text, std::string& labels) {
+    using namespace Qv;
+    RCShdPtr<PiInputPolicy const> const policy = BtMotioTool::getQualityInputPolicy();
+    std::vector<PiVariant> const values = policy->getDomain();
+    std::vector<std::string> const names = policy->getDomainLabels();
+    labels.clear();
+    for (std::size_t i = 0; i < values.size() && i < names.size(); ++i) {
+        int const value = std::get<int>(values[i]);
+        if (text == names[i] || text == std::to_string(value))
+            return value;
+        labels += (labels.empty() ? "" : ", ") + names[i];
+    }
+    return -1;
 }

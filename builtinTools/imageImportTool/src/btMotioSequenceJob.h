@@ -45,3 +45,7 @@ public:
 // file that cannot be read, frames of different sizes, fewer than 2 frames in
 // play, frames out of the input. What the analysis throws passes.
 extern "C" void btMotioSequence(Qv::BtMotioSequenceOptions const& options, Qv::BtMotioSequenceSink& sink);
+// A value of the Motio tool's "Quality", given by its number or its label
+// ("2" or "Quarter"); -1 when the text is neither, `labels` then holding the
+// labels in the order of their values, separated by ", ".
+extern "C" int btMotioQuality(std::string const& text, std::string& labels);
