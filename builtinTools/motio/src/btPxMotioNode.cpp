@@ -356,7 +356,9 @@ void BtPxMotioNode::compute(double time, GeRectangle<float> const& nominalRod, f
     int const first = std::max(levels.analysisLevel, pixAspectRatio == 1.0f ? 1 : 0);
     for (int p = levels.maxProxyScale; p >= first; --p)
         computeAndCacheAllTiles(_normalized[type], time, p, vectorType, stream);
-    for (int p = levels.analysisLevel - 1; p >= 0; --p)
+    // A quality coarser than the pyramid analyses nothing: the seed, just
+    // above the pyramid, is made larger all the way down.
+    for (int p = std::min(levels.analysisLevel, levels.maxProxyScale + 1) - 1; p >= 0; --p)
         computeAndCacheAllTiles(_upscaled[type], time, p, vectorType, stream);
 }
 

@@ -294,6 +294,12 @@ TEST_F(MotioDriverTest, DegenerateFramesNeverAnalyse) {
     EXPECT_EQ(firstDifference(none, zeroTile(none.getPixelFormat(), none.getPixelRegion()), 0.0f), "");
     EXPECT_EQ(small.node->getNbAnalyses(), 0u);
 
+    // A quality coarser than the whole pyramid: no level analysed, no motion.
+    Chain const coarse = makeChain(movingTexture({0, 64, 0, 48}, 2.0, 0.0), 6);
+    IxTile const still = evaluateFrame(PxStrongHndl<PxImageProtocol const>(coarse.forward));
+    ASSERT_TRUE(still.isValid());
+    EXPECT_EQ(firstDifference(still, zeroTile(still.getPixelFormat(), still.getPixelRegion()), 0.0f), "");
+
     Chain const empty = makeChain(nothing());
     EXPECT_FALSE(evaluateFrame(PxStrongHndl<PxImageProtocol const>(empty.forward)).isValid());
 
