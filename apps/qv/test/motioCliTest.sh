@@ -38,6 +38,7 @@ texture 64 48 0 0 >small.ppm
 awk 'NR == 1 { print "P2"; next } NR <= 3 { print; next } {
     n = split($0, a, " "); line = ""; for (i = 1; i <= n; i += 3) line = line a[i] " "; print line }' a1.ppm >a1.pgm
 echo "not an image" >junk.ppm
+mkdir gap && cp s.0001.ppm gap/g.0001.ppm && cp s.0003.ppm gap/g.0003.ppm
 
 # meanNear: the stats line of that kind and frame has means within 0.1 of x y.
 meanNear() { # stats text, "forward 0", x, y
@@ -102,6 +103,7 @@ while IFS='|' read -r what text args; do
     refuse "$what" "$text" "$qv" motio "$@"
 done <<'EOF'
 a missing file|motio: missing.ppm: no such file|a0.ppm missing.ppm --stats --forward x.exr
+a file missing inside a sequence|motio: gap/g.0002.ppm: no such file|'gap/g.[0001:0003].ppm' --stats
 a file that is no image|motio: junk.ppm: |junk.ppm a1.ppm --forward x.exr
 an image of one channel|motio: a1.pgm: one channel, which images read as an alpha|a0.ppm a1.pgm --stats
 frames of different sizes|motio: small.ppm is 64x48, a0.ppm is 160x120|a0.ppm small.ppm --forward x.exr
