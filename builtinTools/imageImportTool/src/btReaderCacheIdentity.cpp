@@ -16,7 +16,7 @@ BtReaderCacheIdentity BtReaderCacheIdentity::decide(PiImageSequence const& seque
         std::string const date =
             OsFile(OsFilePath(sequence.getFileNameAt(0))).getModificationDate().toString();
         identity.text = "ImageReaderCache:" + sequence.getPath() + "@" + date;
-    } catch (OsFileEx const&) {
+    } catch (OsFileEx::ExFileError const&) {
         return identity;
     }
     identity.storageId = StInterface::getInstance().getStorageId(identity.text);

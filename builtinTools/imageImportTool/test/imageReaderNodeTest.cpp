@@ -468,6 +468,12 @@ TEST_F(ImageReaderNode, readersOfOnePathAndDateShareTilesOnDiskAndATouchedFileMa
     StTileStore::getInstance().clear();
     readWith(touched);
     EXPECT_EQ(StatScalar::get(StatTypes::FILE_IMPORT_SCALAR_ID), 2) << "a touched file is read again";
+
+    // A first file gone: an identity of this reader alone, the failure left to the read.
+    std::filesystem::remove(firstFile);
+    BtReaderCacheIdentity const gone = identityOf();
+    EXPECT_EQ(gone.kind, PxResultProtocol::MEMORY);
+    EXPECT_TRUE(gone.text.empty());
     unsetenv("QV_DISK_CACHE");
 }
 
