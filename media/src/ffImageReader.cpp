@@ -16,6 +16,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fmt/format.h>
+#include <vector>
 
 namespace Qv {
 
@@ -154,9 +155,29 @@ ImImage FfImageReader::allocateStrip(ImLayout const& layout) {
 void FfImageReader::read(int y1, int y2, int chBegin, int chEnd, ImPixelFormat depth, std::byte* data,
                          std::size_t rowBytes) {
     OIIO::ImageSpec const& spec = _input->spec();
-    bool const read = _input->read_scanlines(0, 0, spec.y + y1, spec.y + y2, spec.z, chBegin, chEnd,
-                                             FfOiioUtil::toTypeDesc(depth), data, OIIO::AutoStride,
-                                             static_cast<OIIO::stride_t>(rowBytes));
+    OIIO::TypeDesc const type = FfOiioUtil::toTypeDesc(depth);
+    bool read = false;
+    if (spec.tile_width > 0 && spec.tile_height > 0) {
+        // Tiles by tiles: the library's scanline reads of a tiled file
+        // divide by a strip height it does not have when they convert.
+        // Rows start on a tile's first row; those above y1 are dropped.
+        int const skip = y1 % spec.tile_height;
+        std::vector<std::byte> above;
+        std::byte* target = data;
+        if (skip > 0) {
+            above.resize(rowBytes * static_cast<std::size_t>(y2 - y1 + skip));
+            target = above.data();
+        }
+        read = _input->read_tiles(0, 0, spec.x, spec.x + spec.width, spec.y + y1 - skip, spec.y + y2, spec.z,
+                                  spec.z + std::max(spec.depth, 1), chBegin, chEnd, type, target,
+                                  OIIO::AutoStride, static_cast<OIIO::stride_t>(rowBytes));
+        if (read && skip > 0)
+            std::memcpy(data, above.data() + rowBytes * static_cast<std::size_t>(skip),
+                        rowBytes * static_cast<std::size_t>(y2 - y1));
+    } else {
+        read = _input->read_scanlines(0, 0, spec.y + y1, spec.y + y2, spec.z, chBegin, chEnd, type, data,
+                                      OIIO::AutoStride, static_cast<OIIO::stride_t>(rowBytes));
+    }
     if (read && !_input->has_error())
         return;
     std::string const text = _input->geterror();

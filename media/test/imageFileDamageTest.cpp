@@ -220,6 +220,38 @@ TEST_F(ImageFileDamage, anUncompressedTiffTallerThanItsFileIsCorrupt) {
     EXPECT_STREQ(nameOf(readAll(file)), nameOf(Outcome::CORRUPT));
 }
 
+// A strip TIFF that names a tile width: the library takes it for tiled and
+// its scanline reads divided by a strip height of zero.
+TEST_F(ImageFileDamage, aStripTiffThatNamesATileWidthIsCorrupt) {
+    OsFilePath const file = path("tiles.tif");
+    FfImageWriteUtil::writeTile(file, patternTile(8, 8), "compression=none");
+    std::fstream stream(file.toString(), std::ios::in | std::ios::out | std::ios::binary);
+    auto number = [&](std::streamoff at, int bytes) {
+        unsigned char buffer[4] = {};
+        stream.seekg(at);
+        stream.read(reinterpret_cast<char*>(buffer), bytes);
+        std::uint32_t value = 0;
+        for (int i = bytes; i-- > 0;)
+            value = value << 8 | buffer[i];
+        return value;
+    };
+    std::uint32_t const directory = number(4, 4);
+    std::uint32_t const entries = number(directory, 2);
+    bool patched = false;
+    for (std::uint32_t entry = 0; entry < entries && !patched; ++entry) {
+        std::streamoff const at = directory + 2 + 12 * static_cast<std::streamoff>(entry);
+        // DateTime (306) becomes TileWidth (322), a SHORT of 2: the tags stay in order.
+        if (number(at, 2) == 306) {
+            stream.seekp(at);
+            stream.write("\x42\x01\x03\x00\x01\x00\x00\x00\x02\x00\x00\x00", 12);
+            patched = true;
+        }
+    }
+    stream.close();
+    ASSERT_TRUE(patched);
+    EXPECT_STREQ(nameOf(readAll(file)), nameOf(Outcome::CORRUPT));
+}
+
 // The EXR library allocates what an attribute's size claims before reading
 // the value: a size past the end of the file is a file cut short.
 TEST_F(ImageFileDamage, anExrAttributeLargerThanTheFileIsIncomplete) {
