@@ -184,38 +184,60 @@ TEST_F(ImageFileDamage, headersClaimingTooMuchAreRefusedAtOpen) {
     }
 }
 
+// The first directory of a little-endian TIFF written here, for patching
+// its entries in place: its offset at 4, then its count and 12-byte entries
+// (tag, type, count, value).
+class TiffEntries {
+public:
+    explicit TiffEntries(OsFilePath const& file)
+        : _stream(file.toString(), std::ios::in | std::ios::out | std::ios::binary) {}
+
+    std::uint32_t number(std::streamoff at, int bytes) {
+        unsigned char buffer[4] = {};
+        _stream.seekg(at);
+        _stream.read(reinterpret_cast<char*>(buffer), bytes);
+        std::uint32_t value = 0;
+        for (int i = bytes; i-- > 0;)
+            value = value << 8 | buffer[i];
+        return value;
+    }
+    // fn(entry offset, tag, is a SHORT) for each entry, until it returns true.
+    template <class Fn>
+    void forEach(Fn&& fn) {
+        std::uint32_t const directory = number(4, 4);
+        std::uint32_t const entries = number(directory, 2);
+        for (std::uint32_t entry = 0; entry < entries; ++entry) {
+            std::streamoff const at = directory + 2 + 12 * static_cast<std::streamoff>(entry);
+            if (fn(at, number(at, 2), number(at + 2, 2) == 3))
+                return;
+        }
+    }
+    void write(std::streamoff at, char const* bytes, int count) {
+        _stream.seekp(at);
+        _stream.write(bytes, count);
+    }
+
+private:
+    std::fstream _stream;
+};
+
 // An uncompressed TIFF whose height grew a hundredfold, in one strip as tall,
 // its strip tables unchanged: the library would find the missing rows only
 // strip by strip, however many the header claims.
 TEST_F(ImageFileDamage, anUncompressedTiffTallerThanItsFileIsCorrupt) {
     OsFilePath const file = path("tall.tif");
     FfImageWriteUtil::writeTile(file, patternTile(8, 40), "compression=none");
-    std::fstream stream(file.toString(), std::ios::in | std::ios::out | std::ios::binary);
-    auto number = [&](std::streamoff at, int bytes) {
-        unsigned char buffer[4] = {};
-        stream.seekg(at);
-        stream.read(reinterpret_cast<char*>(buffer), bytes);
-        std::uint32_t value = 0;
-        for (int i = bytes; i-- > 0;)
-            value = value << 8 | buffer[i];
-        return value;
-    };
-    // Little-endian as written here: the first directory's offset at 4, then
-    // its count and 12-byte entries (tag, type, count, value).
-    std::uint32_t const directory = number(4, 4);
-    std::uint32_t const entries = number(directory, 2);
     int patched = 0;
-    for (std::uint32_t entry = 0; entry < entries; ++entry) {
-        std::streamoff const at = directory + 2 + 12 * static_cast<std::streamoff>(entry);
-        std::uint32_t const tag = number(at, 2);
-        bool const isShort = number(at + 2, 2) == 3;
-        if (tag == 257 || tag == 278) { // ImageLength, RowsPerStrip
-            stream.seekp(at + 8);
-            stream.write("\xa0\x0f\x00\x00", isShort ? 2 : 4); // 4000 rows
-            ++patched;
-        }
+    {
+        TiffEntries tiff(file);
+        tiff.forEach([&](std::streamoff at, std::uint32_t tag, bool isShort) {
+            if (tag == 257 || tag == 278) {                              // ImageLength, RowsPerStrip
+                tiff.write(at + 8, "\xa0\x0f\x00\x00", isShort ? 2 : 4); // 4000 rows
+                ++patched;
+            }
+            return false;
+        });
     }
-    stream.close();
     ASSERT_EQ(patched, 2);
     EXPECT_STREQ(nameOf(readAll(file)), nameOf(Outcome::CORRUPT));
 }
@@ -225,29 +247,18 @@ TEST_F(ImageFileDamage, anUncompressedTiffTallerThanItsFileIsCorrupt) {
 TEST_F(ImageFileDamage, aStripTiffThatNamesATileWidthIsCorrupt) {
     OsFilePath const file = path("tiles.tif");
     FfImageWriteUtil::writeTile(file, patternTile(8, 8), "compression=none");
-    std::fstream stream(file.toString(), std::ios::in | std::ios::out | std::ios::binary);
-    auto number = [&](std::streamoff at, int bytes) {
-        unsigned char buffer[4] = {};
-        stream.seekg(at);
-        stream.read(reinterpret_cast<char*>(buffer), bytes);
-        std::uint32_t value = 0;
-        for (int i = bytes; i-- > 0;)
-            value = value << 8 | buffer[i];
-        return value;
-    };
-    std::uint32_t const directory = number(4, 4);
-    std::uint32_t const entries = number(directory, 2);
     bool patched = false;
-    for (std::uint32_t entry = 0; entry < entries && !patched; ++entry) {
-        std::streamoff const at = directory + 2 + 12 * static_cast<std::streamoff>(entry);
+    {
+        TiffEntries tiff(file);
         // DateTime (306) becomes TileWidth (322), a SHORT of 2: the tags stay in order.
-        if (number(at, 2) == 306) {
-            stream.seekp(at);
-            stream.write("\x42\x01\x03\x00\x01\x00\x00\x00\x02\x00\x00\x00", 12);
-            patched = true;
-        }
+        tiff.forEach([&](std::streamoff at, std::uint32_t tag, bool) {
+            if (tag == 306) {
+                tiff.write(at, "\x42\x01\x03\x00\x01\x00\x00\x00\x02\x00\x00\x00", 12);
+                patched = true;
+            }
+            return patched;
+        });
     }
-    stream.close();
     ASSERT_TRUE(patched);
     EXPECT_STREQ(nameOf(readAll(file)), nameOf(Outcome::CORRUPT));
 }

@@ -5,6 +5,7 @@
 #include "inInitMgr.h"
 #include "ixPixelUtil.h"
 #include "ixWriteGuard.h"
+#include "mediaTestUtil.h"
 #include "qvFlowColorWheel.h"
 #include "qvVectorImage.h"
 
@@ -30,27 +31,7 @@ IxTile vectorTile(GeRectangle<int> const& region, std::vector<std::pair<float, f
     return tile;
 }
 
-class VectorImage : public ::testing::Test {
-protected:
-    static void SetUpTestSuite() { InInitMgr::getInstance().initializeAll(); }
-    void SetUp() override {
-        _dir = std::filesystem::temp_directory_path() /
-               ("qvVectorImageTest-" + std::to_string(std::random_device()()));
-        std::filesystem::create_directories(_dir);
-    }
-    void TearDown() override { std::filesystem::remove_all(_dir); }
-    std::string path(std::string const& name) const { return (_dir / name).string(); }
-    std::vector<std::string> listDir() const {
-        std::vector<std::string> names;
-        for (auto const& entry : std::filesystem::directory_iterator(_dir))
-            names.push_back(entry.path().filename().string());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
-private:
-    std::filesystem::path _dir;
-};
+using VectorImage = MediaTest::FileTest;
 
 TEST(VectorImageText, numbersAreShortestOfSixDigitsWithNoNegativeZero) {
     std::vector<std::pair<double, char const*>> const cases{
@@ -94,10 +75,10 @@ TEST_F(VectorImage, theExrHoldsTwoFloatChannelsRAndGFromTheTopLeft) {
     for (int y = 0; y < 2; ++y)
         for (int x = 0; x < 3; ++x)
             values.emplace_back(float(x) - 0.5f * float(y), 10.0f + float(y));
-    QvVectorImage(vectorTile({-1, 2, 5, 7}, values)).writeExr(OsFilePath(path("v.exr")));
+    QvVectorImage(vectorTile({-1, 2, 5, 7}, values)).writeExr(path("v.exr"));
     EXPECT_EQ(listDir(), std::vector<std::string>{"v.exr"}) << "no temporary file left";
 
-    auto input = OIIO::ImageInput::open(path("v.exr"));
+    auto input = OIIO::ImageInput::open(path("v.exr").toString());
     ASSERT_TRUE(input);
     OIIO::ImageSpec const& spec = input->spec();
     EXPECT_EQ(spec.channelnames, (std::vector<std::string>{"R", "G"}));
@@ -127,8 +108,8 @@ TEST_F(VectorImage, theWheelImageIsEightBitRgbScaledByTheLargestMagnitudeUnlessG
         {"a maximum of 1", 1.0f, {{191, 0, 0}, {191, 172, 0}, {0, 209, 255}, {255, 255, 255}}},
     };
     for (Case const& c : cases) {
-        image.writeWheel(OsFilePath(path("w.png")), c.max);
-        auto input = OIIO::ImageInput::open(path("w.png"));
+        image.writeWheel(path("w.png"), c.max);
+        auto input = OIIO::ImageInput::open(path("w.png").toString());
         ASSERT_TRUE(input) << c.what;
         EXPECT_EQ(input->spec().nchannels, 3) << c.what;
         EXPECT_EQ(input->spec().format, OIIO::TypeDesc::UINT8) << c.what;
@@ -141,8 +122,8 @@ TEST_F(VectorImage, theWheelImageIsEightBitRgbScaledByTheLargestMagnitudeUnlessG
 }
 
 TEST_F(VectorImage, anEmptyImageWritesNothing) {
-    EXPECT_THROW(QvVectorImage(IxTile()).writeExr(OsFilePath(path("e.exr"))), ExBase);
-    EXPECT_THROW(QvVectorImage(IxTile()).writeWheel(OsFilePath(path("e.png")), 0.0f), ExBase);
+    EXPECT_THROW(QvVectorImage(IxTile()).writeExr(path("e.exr")), ExBase);
+    EXPECT_THROW(QvVectorImage(IxTile()).writeWheel(path("e.png"), 0.0f), ExBase);
     EXPECT_TRUE(listDir().empty());
 }
 
