@@ -111,7 +111,7 @@ a sequence of one frame|motio: s.[0001:0001].ppm: 1 frame in play, motion needs 
 one frame of a sequence|motio: s.[0001:0003].ppm: 1 frame in play|'s.[0001:0003].ppm' --frames 2 --stats
 frames out of the sequence|motio: s.[0001:0003].ppm: no image at frame 4|'s.[0001:0003].ppm' --frames 2-4 --stats
 a sequence without <FrameNo> in its output|motio: x.exr: no <FrameNo>|'s.[0001:0003].ppm' --forward x.exr
-a path that matches no file|motio: t.[1:3].ppm: |'t.[1:3].ppm' --stats
+a path that matches no file|motio: t.1.ppm: no such file|'t.[1:3].ppm' --stats
 EOF
 
 # Usage errors: status 2, and the message says what was wrong.
