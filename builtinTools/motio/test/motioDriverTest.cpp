@@ -36,6 +36,48 @@ PxStrongHndl<PxImageProtocol> movingTexture(GeRectangle<int> const& region, doub
                          {.perFrame = true});
 }
 
+// The moving texture in pixels twice as wide as high: a pixel of it covers
+// two nominal (square) pixels across.
+class WidePixelTexture : public PxImageProtocol {
+public:
+    static constexpr double ASPECT = 2.0;
+
+    WidePixelTexture(PxNode::Init const& init, GeRectangle<int> const& region, double dx, double dy)
+        : PxNode(init), PxImageProtocol(init), _rod(pixelizedToNominal(region, ASPECT, 1.0)), _dx(dx),
+          _dy(dy) {}
+
+    PxResult<PxImageFormat> getImageFormat() const override {
+        return PxResult<PxImageFormat>(
+            PxImageFormat(IxPixelFormat(IxPixelFormat::RGBA, IxPixelFormat::FLOAT32, Rational(2, 1)),
+                          Rational(24, 1)),
+            PxValidityInterval::FULL);
+    }
+    PxRODResult getImageROD(PxTimeStreamContext const&) const override {
+        return PxRODResult(_rod, PxValidityInterval::FULL);
+    }
+    PxImageResult getImageResult(PxImageContext const& context) const override {
+        PxValidityInterval const interval = PxValidityInterval::createFrameInterval(RATE, context.getTime());
+        int const proxy = context.getProxyScale();
+        GeRectangle<int> const region = nominalToPixelized(_rod, ASPECT, proxyScaleToFactor(proxy))
+                                            .getIntersection(getTilePixels(context.getTilePosition()));
+        if (region.isEmpty())
+            return PxImageResult(allocateEmptyImageBuffer(), interval);
+        double const frame = std::round(context.getTime() * RATE);
+        double const s = std::ldexp(1.0, proxy);
+        IxTile const tile = allocateImageBuffer(context, region);
+        IxWriteGuard const out(tile);
+        for (int y = region.y1; y < region.y2; ++y)
+            for (int x = region.x1; x < region.x2; ++x)
+                IxPixelUtil::setPixelColor(out, x, y, texture(x * s - frame * _dx, y * s - frame * _dy));
+        return PxImageResult(tile, interval);
+    }
+
+private:
+    GeRectangle<float> _rod;
+    double _dx;
+    double _dy;
+};
+
 struct Chain {
     PxStrongHndl<BtPxMotioNode> node;
     PxStrongHndl<PxImageProtocol> forward;
@@ -200,6 +242,16 @@ TEST_F(MotioDriverTest, VectorsAreNominal) {
 // Tiles of another size sum the forward warp's splats in another order: the
 // last bit of a float may differ, and once rounded to half floats in the
 // cache, one step of a half float (under a thousandth below one pixel).
+// A shift of 3 of the image's own pixels, each two square pixels wide, is 6
+// nominal pixels across; rows are square already.
+TEST_F(MotioDriverTest, WidePixelsCountInSquarePixels) {
+    Chain const chain = makeChain(make<WidePixelTexture>(GeRectangle<int>{0, 64, 0, 64}, 3.0, -2.0));
+    IxTile const forward = evaluateFrame(PxStrongHndl<PxImageProtocol const>(chain.forward));
+    auto const [mx, my] = meanVector(forward, 12);
+    EXPECT_NEAR(mx, 6.0, 0.3);
+    EXPECT_NEAR(my, -2.0, 0.15);
+}
+
 TEST_F(MotioDriverTest, TileSizesAgree) {
     IxTile reference;
     for (int size : {256, 16}) {
