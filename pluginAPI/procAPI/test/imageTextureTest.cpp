@@ -11,6 +11,7 @@
 #include <bit>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <vector>
 
 using namespace Qv;
@@ -103,26 +104,38 @@ TEST(PxImageTexture, ReadsTilesOfOtherFormatsConverted) {
     });
 }
 
-// Sweeping positions in rows, within tiles, across their borders and past
-// the pixels, a texture that holds tiles from earlier lookups gives exactly
-// what a new texture gives for that one lookup.
-TEST(PxImageTexture, LookupsFromHeldTilesEqualFirstLookups) {
+// The ramps, filters and clamps the sweeps below run on, in tiles of 16; each
+// case runs as a request with its node and texture settings.
+struct SweepCase {
+    bool halves;
+    int filter;
+    bool clamp;
+};
+
+template <class Fn>
+void forEachSweepCase(std::initializer_list<SweepCase> cases, Fn&& fn) {
     TileSize const size(16);
     PxNodePtr<PxImageProtocol const> const floats(
         PxTest::makeNode<RampImageNode>(GeRectangle<float>{0, 40, 0, 20}));
     PxNodePtr<PxImageProtocol const> const halves(PxTest::makeNode<HalfRampNode>());
-    struct Case {
-        PxNodePtr<PxImageProtocol const> const* node;
-        int filter;
-        bool clamp;
-    };
-    for (Case const& c :
-         {Case{&floats, SdTextureParams::BILINEAR, false}, Case{&floats, SdTextureParams::BILINEAR, true},
-          Case{&floats, SdTextureParams::NEAREST, false}, Case{&halves, SdTextureParams::BILINEAR, false},
-          Case{&halves, SdTextureParams::NEAREST, true}}) {
+    for (SweepCase const& c : cases)
         PxTest::runAsRequest([&] {
-            PxUPtr<PxImageProtocol const> const node(*c.node);
-            SdTextureParams const params = pixelParams(c.filter, c.clamp);
+            PxUPtr<PxImageProtocol const> const node(c.halves ? halves : floats);
+            fn(node, pixelParams(c.filter, c.clamp), c);
+        });
+}
+
+// Sweeping positions in rows, within tiles, across their borders and past
+// the pixels, a texture that holds tiles from earlier lookups gives exactly
+// what a new texture gives for that one lookup.
+TEST(PxImageTexture, LookupsFromHeldTilesEqualFirstLookups) {
+    forEachSweepCase(
+        {{false, SdTextureParams::BILINEAR, false},
+         {false, SdTextureParams::BILINEAR, true},
+         {false, SdTextureParams::NEAREST, false},
+         {true, SdTextureParams::BILINEAR, false},
+         {true, SdTextureParams::NEAREST, true}},
+        [](PxUPtr<PxImageProtocol const> const& node, SdTextureParams const& params, SweepCase const& c) {
             PxImageContext const context(0.0, {0, 0});
             PxImageTexture held(node, context, params);
             int mismatches = 0;
@@ -140,28 +153,18 @@ TEST(PxImageTexture, LookupsFromHeldTilesEqualFirstLookups) {
                     }
                 }
         });
-    }
 }
 
 // Rows of positions - two by two within a tile, pairs astride tile borders
 // and the image's edge, one of a pair far off, odd lengths -
 // give in each colour the bits of lookup() rounded to floats.
 TEST(PxImageTexture, RowLookupsEqualLookupsOneByOne) {
-    TileSize const size(16);
-    PxNodePtr<PxImageProtocol const> const floats(
-        PxTest::makeNode<RampImageNode>(GeRectangle<float>{0, 40, 0, 20}));
-    PxNodePtr<PxImageProtocol const> const halves(PxTest::makeNode<HalfRampNode>());
-    struct Case {
-        PxNodePtr<PxImageProtocol const> const* node;
-        int filter;
-        bool clamp;
-    };
-    for (Case const& c :
-         {Case{&floats, SdTextureParams::BILINEAR, false}, Case{&floats, SdTextureParams::BILINEAR, true},
-          Case{&floats, SdTextureParams::NEAREST, false}, Case{&halves, SdTextureParams::BILINEAR, false}}) {
-        PxTest::runAsRequest([&] {
-            PxUPtr<PxImageProtocol const> const node(*c.node);
-            SdTextureParams const params = pixelParams(c.filter, c.clamp);
+    forEachSweepCase(
+        {{false, SdTextureParams::BILINEAR, false},
+         {false, SdTextureParams::BILINEAR, true},
+         {false, SdTextureParams::NEAREST, false},
+         {true, SdTextureParams::BILINEAR, false}},
+        [](PxUPtr<PxImageProtocol const> const& node, SdTextureParams const& params, SweepCase const& c) {
             PxImageContext const context(0.0, {0, 0});
             std::vector<double> positions;
             // Smooth rows with irregular steps, as warps read.
@@ -198,5 +201,4 @@ TEST(PxImageTexture, RowLookupsEqualLookupsOneByOne) {
                 }
             }
         });
-    }
 }
