@@ -6,6 +6,7 @@
 // a time driven by an expression gives what the expression computes.
 #include "rational.h"
 #include "rcShdPtr.h"
+#include "tmTypes.h"
 
 namespace Qv {
 
@@ -13,8 +14,6 @@ class PiOutput;
 
 class PiFootageInterface {
 public:
-    enum RepeatMode { REPEAT_NONE = 0, REPEAT_LOOP = 1, REPEAT_HOLD = 2 };
-
     virtual ~PiFootageInterface();
 
     virtual Rational getRate(RCShdPtr<PiOutput const> const& output) const = 0;
@@ -27,8 +26,8 @@ public:
     virtual void setOutTime(double time) = 0;
     virtual double getOutTime() const = 0;
     virtual double getOutTimeSync() const = 0;
-    virtual void setRepeatMode(RepeatMode mode) = 0;
-    virtual RepeatMode getRepeatMode() const = 0;
+    virtual void setRepeatMode(TmTypes::RepeatMode mode) = 0;
+    virtual TmTypes::RepeatMode getRepeatMode() const = 0;
 };
 
 } // namespace Qv

@@ -1,10 +1,10 @@
 #include "piImageGenerator.h"
-#include "piNodeRate.h"
 
 #include "piColorProcNode.h"
 #include "piEnumPolicy.h"
 #include "piGraph.h"
 #include "piNode.h"
+#include "piNodeRate.h"
 #include "piProjectSettings.h"
 #include "piRangeInputPolicy.h"
 #include "piToolRegistry.h"
@@ -280,10 +280,10 @@ double PiImageGenerator::getOutTimeSync() const {
     return evaluateInput(END_TIME_NAME);
 }
 
-void PiImageGenerator::setRepeatMode(RepeatMode) {}
+void PiImageGenerator::setRepeatMode(TmTypes::RepeatMode) {}
 
-PiFootageInterface::RepeatMode PiImageGenerator::getRepeatMode() const {
-    return REPEAT_HOLD;
+TmTypes::RepeatMode PiImageGenerator::getRepeatMode() const {
+    return TmTypes::HOLD;
 }
 
 } // namespace Qv

@@ -97,8 +97,8 @@ public:
     void setOutTime(double time) override;
     double getOutTime() const override;
     double getOutTimeSync() const override;
-    void setRepeatMode(RepeatMode mode) override;
-    RepeatMode getRepeatMode() const override;
+    void setRepeatMode(TmTypes::RepeatMode mode) override;
+    TmTypes::RepeatMode getRepeatMode() const override;
 
     PiImageFormat getFormat() const;
 
