@@ -95,6 +95,10 @@ TEST_F(ProjectStore, AProjectIsADirectoryWithAMarker) {
     EXPECT_EQ(made.getRootFolder().getDisplayPath(), "");
     EXPECT_THROW(OmProject::create(show()), OmEx::ExNameInUse);
     EXPECT_THROW(OmProject::open(_dir.string()), OmEx::ExNotAProject);
+    OsFile((_dir / "file").string()).writeAtomically("x");
+    EXPECT_THROW(OmProject::create((_dir / "file").string()), OmEx::ExNameInUse);
+    EXPECT_EQ(OmProject::locate(show("Footage/plate")), made);
+    EXPECT_TRUE(OmProject::locate(_dir.string()).isNull());
 
     struct Case {
         std::string marker;
@@ -276,6 +280,14 @@ TEST_F(ProjectStore, VersionsKeepTheirOrderAndTheApprovedOne) {
     other->addVersion("alpha");
     EXPECT_THROW(comp->approveVersion(other->getVersion("alpha")), OmEx::ExUnknownVersion);
     link.sync();
+    EXPECT_EQ(read(show("comp/entry.xml")), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                            "<entry version=\"1\" kind=\"composition\">\n"
+                                            "  <description />\n"
+                                            "  <version name=\"Working\" />\n"
+                                            "  <version name=\"zeta\" />\n"
+                                            "  <version name=\"alpha\" approved=\"true\" />\n"
+                                            "  <version name=\"mid\" />\n"
+                                            "</entry>\n");
 
     // Read back from disk: the order of creation, not of names or of the directory.
     auto reread = rcCast<OmComposition>(OmUtil::resolvePath(project, "comp").getComponent());
