@@ -305,6 +305,37 @@ TEST_F(ProjectStore, VersionsKeepTheirOrderAndTheApprovedOne) {
     EXPECT_EQ(OmComposition::getFileExtension(), "qvc");
 }
 
+TEST_F(ProjectStore, ABadSideFileIsOneErrorNamingIt) {
+    OmProject project = makeShow();
+    std::string const sideFile = show("Footage/plate/entry.xml");
+    struct Case {
+        std::string text;
+        std::string reason;
+    } const cases[] = {
+        {"<entry", "line 1"},
+        {"<entry version=\"1\" />", "kind"},
+        {"<entry version=\"2\" kind=\"composition\" />", "entry format 2"},
+        {"<entry version=\"1\" kind=\"movie\" />", "unknown kind of entry 'movie'"},
+        {"<entry version=\"1\" kind=\"composition\">\n<version name=\"a\" />\n<version name=\"a\" "
+         "/>\n</entry>",
+         "line 3: 'a' cannot name a version"},
+        {"<entry version=\"1\" kind=\"composition\"><version name=\"a/b\" /></entry>", "'a/b'"},
+        {"<composition version=\"1\" />", "<composition> where <entry> was expected"},
+    };
+    for (Case const& c : cases) {
+        OsFile(sideFile).writeAtomically(c.text);
+        OmLink link = OmUtil::resolvePath(project, "Footage/plate");
+        ASSERT_FALSE(link.isNull()) << c.text;
+        try {
+            link.getComponent();
+            ADD_FAILURE() << c.text << ": read";
+        } catch (OmEx::ExBadEntry const& error) {
+            EXPECT_NE(error.getReason().find(sideFile), std::string::npos) << error.getReason();
+            EXPECT_NE(error.getReason().find(c.reason), std::string::npos) << error.getReason();
+        }
+    }
+}
+
 TEST_F(ProjectStore, AGraphSavedThenReopenedHasItsNodes) {
     OmProject project = OmProject::create(show());
     RCShdPtr<OmComposition> plate = OmFootageFactory::createComponent("plate");
