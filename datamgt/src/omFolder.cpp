@@ -97,7 +97,7 @@ OmFolder OmFolder::createFolder(std::string const& name) const {
     return OmFolder(_project, childDisplayPath(name));
 }
 
-OmLink OmFolder::addEntry(std::string const& name, RCShdPtr<OmComponent> const& component) {
+OmLink OmFolder::addEntry(std::string const& name, RCShdPtr<OmComponent> const& component) const {
     QV_ASSERT(!isNull());
     QV_ASSERT(!component.isNull());
     QV_ASSERT(!component->isInFolder());

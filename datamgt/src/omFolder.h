@@ -30,7 +30,7 @@ public:
     // a failure leaves nothing behind. The component takes the entry's name.
     // Throws OmEx::ExInvalidName, OmEx::ExNameInUse naming the entry when
     // anything already has that name, OmEx::ExWriteFailed.
-    OmLink addEntry(std::string const& name, RCShdPtr<OmComponent> const& component);
+    OmLink addEntry(std::string const& name, RCShdPtr<OmComponent> const& component) const;
     // Every entry, sorted by name (hidden names are never entries).
     std::vector<OmLink> getEntries() const;
     std::vector<OmFolder> getFolders() const;
