@@ -68,21 +68,15 @@ void PiImageTimeOffsetNode::recordShift(double seconds) const {
     _maxShift = std::max(_maxShift, seconds);
 }
 
-namespace {
-// An interval of the input, read at inputTime, as an interval of this node,
-// asked at time. The two times correspond exactly: an end at the input's
-// time is an end at the time asked for, and an interval that held the one
-// holds the other, however the shift rounds (interpolated keys give
-// intervals of one instant).
-PxValidityInterval mapBack(PxValidityInterval const& interval, double inputTime, double time, double shift) {
-    PxValidityInterval const moved = PiImageTimeOffsetNode::shiftInterval(interval, -shift);
+PxValidityInterval PiImageTimeOffsetNode::mapIntervalBack(PxValidityInterval const& interval,
+                                                          double inputTime, double time, double shift) {
+    PxValidityInterval const moved = shiftInterval(interval, -shift);
     if (!interval.contains(inputTime))
         return moved;
     double const start = interval.getStart() == inputTime ? time : std::min(moved.getStart(), time);
     double const end = interval.getEnd() == inputTime ? time : std::max(moved.getEnd(), time);
     return PxValidityInterval(start, end);
 }
-} // namespace
 
 PxRODResult PiImageTimeOffsetNode::getImageROD(PxTimeStreamContext const& context) const {
     PxValidityInterval interval = PxValidityInterval::FULL;
@@ -100,7 +94,8 @@ PxImageResult PiImageTimeOffsetNode::getImageResult(PxImageContext const& contex
     PxImageResult result = PxUPtr<PxImageProtocol const>(getInput())
                                ->getImageResult(PxImageContext(inputTime, context.getTilePosition(),
                                                                context.getProxyScale(), context.getStream()));
-    result.setVI(mapBack(result.getVI(), inputTime, context.getTime(), shift).getIntersection(interval));
+    result.setVI(
+        mapIntervalBack(result.getVI(), inputTime, context.getTime(), shift).getIntersection(interval));
     return result;
 }
 

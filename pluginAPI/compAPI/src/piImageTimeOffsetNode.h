@@ -31,6 +31,13 @@ public:
     // `interval` moved by `seconds`; the host's time limits stand for an open
     // end and stay where they are, other ends stay within the limits.
     static PxValidityInterval shiftInterval(PxValidityInterval const& interval, double seconds);
+    // An interval of the input, read at `inputTime`, as an interval of a node
+    // that shifts time by `shift` seconds, asked at `time`. The two times
+    // correspond exactly: an end at the input's time is an end at the time
+    // asked for, and an interval that held the one holds the other, however
+    // the shift rounds (interpolated keys give intervals of one instant).
+    static PxValidityInterval mapIntervalBack(PxValidityInterval const& interval, double inputTime,
+                                              double time, double shift);
 
 private:
     // The shift in seconds at `time`; narrows `interval` to where it holds.

@@ -1,99 +1,12 @@
 // The time offset node: an image read some frames away, with the validity of
 // what it gives and the invalidations it passes on moved to match.
-#include "compTestTools.h"
-#include "ixPixelUtil.h"
+#include "imageTimeTestTools.h"
 #include "piImageTimeOffsetNode.h"
-#include "pxImageMultiTileRequest.h"
-#include "pxRequestMgr.h"
-#include "pxValueNodes.h"
-
-#include <cmath>
 
 using namespace Qv;
 using namespace Qv::CompTest;
 
 namespace {
-
-constexpr double RATE = 24.0;
-
-double frameTime(double frame) {
-    return frame / RATE;
-}
-
-// A 4x4 image whose red is the number of the frame asked for, valid over
-// that frame, or only at the instant asked for.
-class FrameNumberNode : public PxImageProtocol {
-public:
-    FrameNumberNode(PxNode::Init const& init, Rational const& rate, bool instant = false)
-        : PxNode(init), PxImageProtocol(init),
-          _format(PxImageFormat(IxPixelFormat(IxPixelFormat::RGBA, IxPixelFormat::FLOAT32), rate),
-                  PxValidityInterval::FULL),
-          _instant(instant) {}
-
-    PxResult<PxImageFormat> getImageFormat() const override { return _format; }
-    PxRODResult getImageROD(PxTimeStreamContext const&) const override {
-        return PxRODResult(GeRectangle<float>{0, 4, 0, 4}, PxValidityInterval::FULL);
-    }
-    PxImageResult getImageResult(PxImageContext const& context) const override {
-        GeRectangle<int> const region =
-            GeRectangle<int>{0, 4, 0, 4}.getIntersection(getTilePixels(context.getTilePosition()));
-        PxValidityInterval const frame =
-            _instant ? PxValidityInterval(context.getTime(), context.getTime())
-                     : PxValidityInterval::createFrameInterval(RATE, context.getTime());
-        IxTile tile = allocateImageBuffer(context, region);
-        IxWriteGuard const out(tile);
-        float const number = static_cast<float>(std::floor(context.getTime() * RATE + 1e-6));
-        for (int y = region.y1; y < region.y2; ++y)
-            for (int x = region.x1; x < region.x2; ++x)
-                IxPixelUtil::setPixelColor(out, x, y, {number, 0.0f, 0.0f, 1.0f});
-        return PxImageResult(tile, frame);
-    }
-
-private:
-    PxResult<PxImageFormat> _format;
-    bool _instant;
-};
-
-// Records the invalidations that reach it from its child.
-class Listener : public PxNode {
-public:
-    Listener(PxNode::Init const& init, PxStrongHndl<PxNode const> const& child)
-        : PxNode(init), _child(child) {}
-    ~Listener() override { unregisterChild(_child); }
-    void init() override { registerChild(_child); }
-    void invalidateAndReinitialize(PxValidityInterval const& interval, PxUPtr<PxNode const> const&,
-                                   int) override {
-        heard.push_back(interval);
-    }
-    std::vector<PxValidityInterval> heard;
-
-private:
-    PxNodePtr<PxNode const> _child;
-};
-
-template <class Node, class... Args>
-PxStrongHndl<Node> make(Args&&... args) {
-    PxNode::Init init;
-    PxStrongHndl<Node> node(new Node(init, std::forward<Args>(args)...));
-    PxNode::init(node);
-    return node;
-}
-
-PxStrongHndl<PxAnimValueNode<int>> frames(int k, PxValidityInterval const& vi = PxValidityInterval::FULL) {
-    return make<PxAnimValueNode<int>>(PxResult<int>(k, vi));
-}
-
-// The red of pixel (1, 1) at time t, and the interval the tile holds for.
-std::pair<float, PxValidityInterval> evaluate(PxStrongHndl<PxImageProtocol> const& node, double t) {
-    PxRequestPtr<PxImageMultiTileRequest> request(
-        new PxImageMultiTileRequest(PxNodePtr<PxImageProtocol const>(node), 0, PxTimeInfo(t), 0));
-    PxRequestMgr::getInstance().postRequest(request, 0);
-    PxImageMultiTileRequest::Results const results = *request->getResults();
-    PxRequestMgr::getInstance().releaseRequest(request);
-    EXPECT_EQ(results.size(), 1u);
-    IxReadGuard const guard(results.at(0).getTile());
-    return {IxPixelUtil::getPixelColor(guard, 1, 1).r, results.at(0).getVI()};
-}
 
 class ImageTimeOffset : public GraphTest {};
 
@@ -145,8 +58,8 @@ TEST_F(ImageTimeOffset, AnInstantStaysTheInstantAskedFor) {
     for (double frame : {0.5, 1.0 / 3.0, 7.1, -2.9}) {
         for (int offset : {1, -1, 5}) {
             SCOPED_TRACE(testing::Message() << frame << " + " << offset);
-            auto node =
-                PiImageTimeOffsetNode::create(make<FrameNumberNode>(Rational(24, 1), true), frames(offset));
+            auto node = PiImageTimeOffsetNode::create(
+                make<FrameNumberNode>(Rational(24, 1), FrameNumberNode::INSTANT), frames(offset));
             double const t = frameTime(frame);
             EXPECT_EQ(evaluate(node, t).second, PxValidityInterval(t, t));
         }
