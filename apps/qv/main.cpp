@@ -38,6 +38,7 @@ int main(int argc, char** argv) {
     addSequenceCommand(app, action);
     addReadCommand(app, action);
     addMotioCommand(app, action);
+    addReaderCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {

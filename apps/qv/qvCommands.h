@@ -25,5 +25,6 @@ void addPixelCommand(CLI::App& app, QvAction& action);
 void addSequenceCommand(CLI::App& app, QvAction& action);
 void addReadCommand(CLI::App& app, QvAction& action);
 void addMotioCommand(CLI::App& app, QvAction& action);
+void addReaderCommand(CLI::App& app, QvAction& action);
 
 } // namespace Qv

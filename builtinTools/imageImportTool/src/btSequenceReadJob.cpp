@@ -4,6 +4,7 @@
 #include "btImageReaderNode.h"
 #include "btImageSequence.h"
 #include "btReaderCacheIdentity.h"
+#include "btReaderSettingsText.h"
 #include "btSequencePathParser.h"
 #include "cbHandler.h"
 #include "evEventManager.h"
@@ -38,38 +39,6 @@ long long parseFrame(std::string_view text, std::string const& whole) {
         throw ExBase(__FILE__, __LINE__,
                      fmt::format("frame list \"{}\": \"{}\" is not a frame number", whole, text));
     return value;
-}
-
-IxPixelFormat::Depth parseDepth(std::string const& text) {
-    if (text == "UINT8")
-        return IxPixelFormat::UINT8;
-    if (text == "FLOAT16")
-        return IxPixelFormat::FLOAT16;
-    if (text == "FLOAT32")
-        return IxPixelFormat::FLOAT32;
-    throw ExBase(__FILE__, __LINE__, "depth \"" + text + "\" is not one of UINT8, FLOAT16, FLOAT32");
-}
-
-CoMotionVectorInfo parseVectors(std::string const& text) {
-    CoMotionVectorInfo info;
-    if (text.empty())
-        return info;
-    info.status = CoMotionVectorInfo::HAS_VECTORS;
-    if (text == "absolute")
-        return info;
-    std::string const prefix = "normalized:";
-    if (text.rfind(prefix, 0) == 0) {
-        info.type = CoMotionVectorInfo::NORMALIZED;
-        try {
-            std::size_t used = 0;
-            info.maxDisplacement = std::stof(text.substr(prefix.size()), &used);
-            if (used == text.size() - prefix.size() && info.maxDisplacement > 0.0f)
-                return info;
-        } catch (std::exception const&) {
-        }
-    }
-    throw ExBase(__FILE__, __LINE__,
-                 "vectors \"" + text + "\" are not \"absolute\" or \"normalized:MAX\" with MAX above 0");
 }
 
 std::string outputName(std::string const& pattern, long long frame) {
@@ -171,8 +140,8 @@ extern "C" int btReadSequence(Qv::BtSequenceReadOptions const& options, std::ost
     }
     IxPixelFormat const fileFormat = imToIxPixelFormat(layout.getFormat());
     IxPixelFormat::Depth const depth =
-        options.depth.empty() ? fileFormat.getDepth() : parseDepth(options.depth);
-    CoMotionVectorInfo const vectors = parseVectors(options.vectors);
+        options.depth.empty() ? fileFormat.getDepth() : BtReaderSettingsText::parseDepth(options.depth);
+    CoMotionVectorInfo const vectors = BtReaderSettingsText::parseVectors(options.vectors);
     // Image files carry no rate a reader trusts: 24 a second unless the media says.
     Rational const rate = sequence->getRate().getNumerator() > 0 && sequence->getRate().getDenominator() > 0
                               ? sequence->getRate()

@@ -2,6 +2,7 @@
 // registers the package's tools with the host.
 #include "imageImportToolInit.h"
 
+#include "btImageReaderTool.h"
 #include "btImageSequence.h"
 #include "btSequencePathBuilder.h"
 #include "btUserSettingsObserver.h"
@@ -38,6 +39,7 @@ void InInit<QvInit::imageImportTool>::initialize() {
     BtSequencePathBuilder::initialize();
     BtImageSequence::initialize();
     BtImageReaderNode::UserSettingsObserver::start();
+    BtImageReaderTool::registerTool();
 }
 
 template <>
