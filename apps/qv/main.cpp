@@ -39,6 +39,7 @@ int main(int argc, char** argv) {
     addReadCommand(app, action);
     addMotioCommand(app, action);
     addReaderCommand(app, action);
+    addImportCommands(app, action);
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {

@@ -26,5 +26,6 @@ void addSequenceCommand(CLI::App& app, QvAction& action);
 void addReadCommand(CLI::App& app, QvAction& action);
 void addMotioCommand(CLI::App& app, QvAction& action);
 void addReaderCommand(CLI::App& app, QvAction& action);
+void addImportCommands(CLI::App& app, QvAction& action);
 
 } // namespace Qv

@@ -45,6 +45,12 @@ public:
 
     T* get() const noexcept { return _ptr; }
     bool isNull() const noexcept { return _ptr == nullptr; }
+    // Holds `other` if it is a T (else nothing); whether it now holds one.
+    template <class U>
+    bool dynamicAssign(RCShdPtr<U> const& other) noexcept {
+        reset(dynamic_cast<T*>(other.get()));
+        return _ptr != nullptr;
+    }
     explicit operator bool() const noexcept { return _ptr != nullptr; }
 
     T& operator*() const { return *checked(); }

@@ -54,6 +54,7 @@ public:
     bool setSequencePath(std::string const& path);
     bool reloadImageSequence();
     void setImageSequence(OPtr<PiImageSequence> imageSequence);
+    void setImageSequence(RCStrongPtr<PiImageSequence> const& imageSequence);
     RCStrongPtr<PiImageSequence> getImageSequence() const { return _imageSequence; }
     std::string getSequenceString() const;
     std::string const& getErrorString() const { return _errorString; }

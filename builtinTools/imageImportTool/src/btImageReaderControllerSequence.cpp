@@ -89,8 +89,13 @@ void BtImageReaderController::setImageSequence(OPtr<PiImageSequence> imageSequen
     QV_ASSERT(imageSequence != nullptr);
     RCStrongPtr<PiImageSequence> const sequence(imageSequence.release());
     QV_ASSERT(imageSequence == nullptr);
+    setImageSequence(sequence);
+}
+
+void BtImageReaderController::setImageSequence(RCStrongPtr<PiImageSequence> const& imageSequence) {
+    QV_ASSERT(!imageSequence.isNull());
     auto const guard = makeGuard("Set Sequence Path");
-    setImageSequenceProc(sequence);
+    setImageSequenceProc(imageSequence);
 }
 
 void BtImageReaderController::setImageSequenceProc(RCStrongPtr<PiImageSequence> const& sequence,

@@ -1,5 +1,6 @@
 #include "btReaderCommand.h"
 
+#include "btImageImportController.h"
 #include "btImageReaderController.h"
 #include "btImageReaderTool.h"
 #include "btReaderSettingsText.h"
@@ -24,15 +25,24 @@ std::string ratioText(Rational const& ratio, char separator) {
     return fmt::format("{}{}{}", ratio.getNumerator(), separator, ratio.getDenominator());
 }
 
-BtImageReaderController& findReader(PiGraph& graph, std::string const& name) {
+// A reader node, or the reader inside an import node.
+struct Target {
+    BtImageReaderController& reader;
+    BtImageImportController* import;
+    RCShdPtr<PiNode> node;
+};
+
+Target findReader(PiGraph& graph, std::string const& name) {
     RCShdPtr<PiNode> const node = graph.findNode(name);
     if (!node)
         throw ExBase(__FILE__, __LINE__, name + ": no such node");
+    if (auto* const import = node->getInterface<BtImageImportController>())
+        return {import->getReader(), import, node};
     auto* const reader = node->getInterface<BtImageReaderController>();
     if (!reader)
         throw ExBase(__FILE__, __LINE__,
                      name + ": a node of " + node->getToolName() + ", not an image reader or import");
-    return *reader;
+    return {*reader, nullptr, node};
 }
 
 void printAttributes(BtImageReaderController const& reader, std::ostream& out) {
@@ -92,13 +102,15 @@ void applySettings(BtImageReaderController& reader, BtReaderCommandOptions const
 }
 
 int run(PiGraph& graph, BtReaderCommandOptions const& options, std::ostream& out) {
-    BtImageReaderController& reader = findReader(graph, options.node);
+    Target const target = findReader(graph, options.node);
+    BtImageReaderController& reader = target.reader;
     if (options.path) {
         std::error_code error;
         std::filesystem::path const absolute = std::filesystem::absolute(*options.path, error);
-        if (!reader.setSequencePath(error ? *options.path : absolute.string()))
+        std::string const path = error ? *options.path : absolute.string();
+        if (!(target.import ? target.import->setSequencePath(path) : reader.setSequencePath(path)))
             throw ExBase(__FILE__, __LINE__, reader.getErrorString());
-        out << reader.getNode()->getName() << '\n';
+        out << target.node->getName() << '\n';
     }
     if (options.reload && !reader.reloadImageSequence())
         throw ExBase(__FILE__, __LINE__, reader.getErrorString());

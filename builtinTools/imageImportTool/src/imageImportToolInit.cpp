@@ -2,10 +2,13 @@
 // registers the package's tools with the host.
 #include "imageImportToolInit.h"
 
+#include "btImageImportServices.h"
+#include "btImageImportTool.h"
 #include "btImageReaderTool.h"
 #include "btImageSequence.h"
 #include "btSequencePathBuilder.h"
 #include "btUserSettingsObserver.h"
+#include "imageImportServices.h"
 #include "inInit.h"
 #include "inPlatformPackages.h"
 #include "lgGroups.h"
@@ -39,11 +42,15 @@ void InInit<QvInit::imageImportTool>::initialize() {
     BtSequencePathBuilder::initialize();
     BtImageSequence::initialize();
     BtImageReaderNode::UserSettingsObserver::start();
+    ImageImportServices::subscribeMessages();
+    BtImageImportServices::initialize();
     BtImageReaderTool::registerTool();
+    BtImageImportTool::registerTool();
 }
 
 template <>
 void InInit<QvInit::imageImportTool>::finalize() {
+    BtImageImportServices::finalize();
     BtImageReaderNode::UserSettingsObserver::stop();
     BtImageSequence::finalize();
     BtSequencePathBuilder::finalize();
