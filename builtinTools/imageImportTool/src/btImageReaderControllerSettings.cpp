@@ -180,7 +180,14 @@ CoMotionVectorInfo BtImageReaderController::getMotionVectorInfo() const {
 
 void BtImageReaderController::setInTime(long long inTime) {
     QV_ASSERT(inTime <= std::numeric_limits<std::int32_t>::max());
-    setInput(BtImageReaderTool::getMarkInName(), static_cast<int>(inTime), "Set In Time");
+    auto const guard = makeGuard("Set In Time");
+    // A locked duration carries the mark out along.
+    if (std::get<bool>(getInputConstant(BtImageReaderTool::getLockDurationName()))) {
+        long long const outTime = getOutTime() + (inTime - getInTime());
+        QV_ASSERT(outTime <= std::numeric_limits<std::int32_t>::max());
+        setInput(BtImageReaderTool::getMarkOutName(), static_cast<int>(outTime), {});
+    }
+    setInput(BtImageReaderTool::getMarkInName(), static_cast<int>(inTime), {});
 }
 
 long long BtImageReaderController::getInTime() const {

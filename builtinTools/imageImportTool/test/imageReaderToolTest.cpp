@@ -127,6 +127,14 @@ TEST_F(ImageReaderTool, theFootageGivesItsAttributesOnceAndTheUsersStay) {
     EXPECT_EQ(std::get<int>(node->getValue("Width", true)->getData()), 8);
     imageReader.setRate(Rational(25, 1));
     imageReader.setInTime(12);
+    EXPECT_EQ(imageReader.getOutTime(), 15);
+    // A locked duration: the mark out follows the mark in.
+    node->getInput("Lock Duration", true)->setConstantValue(true);
+    imageReader.setInTime(10);
+    EXPECT_EQ(imageReader.getOutTime(), 13);
+    node->getInput("Lock Duration", true)->setConstantValue(false);
+    imageReader.setInTime(12);
+    imageReader.setOutTime(15);
 
     // A saved composition read again keeps what the user set.
     RCShdPtr<PiGraph> const loaded = OmCompositionFile::fromXml(OmCompositionFile::toXml(*_graph), "test");
