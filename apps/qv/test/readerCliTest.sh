@@ -46,6 +46,17 @@ mv shots moved
 out=$("$qv" reader c.qvc plate)
 check "moved footage is followed, its settings kept" "attribute path '$dir/moved/plate.\[0001:0003\].exr' && attribute rate 25/1"
 
+mkdir -p home/shots && cp moved/plate.000*.exr home/shots/
+export QV_PROJECT_HOME="$dir/home"
+"$qv" new h.qvc && "$qv" add h.qvc "Image Reader" >/dev/null
+"$qv" reader h.qvc ImageReader1 --path 'home/shots/plate.[#].exr' >/dev/null
+check "footage under the project home is stored by its alias" "grep -q '\\\$(PROJECT_HOME)/shots/plate' h.qvc"
+mv home home2
+export QV_PROJECT_HOME="$dir/home2"
+out=$("$qv" reader h.qvc plate)
+check "and read back against the home of the moment" "attribute path '$dir/home2/shots/plate.\[0001:0003\].exr'"
+unset QV_PROJECT_HOME
+
 oiiotool --create 40x20 4 --fill:color=0.25,0.5,0.75,0 0,0,40,20 -d float -o clear.0001.exr
 "$qv" add c.qvc "Image Reader" >/dev/null && "$qv" reader c.qvc ImageReader1 --path 'clear.[#].exr' >/dev/null
 "$qv" reader c.qvc clear --unpremultiply on

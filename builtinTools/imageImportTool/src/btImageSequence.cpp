@@ -149,8 +149,10 @@ RCStrongPtr<PiImageSequence> readImageSequence(XmlElement const& root) {
         std::string const& data = elements.front().getData();
         if (data.empty())
             return {};
-        return RCStrongPtr<PiImageSequence>(new ImgFileSequence(
-            BtSequencePath::create(WideStringUtil::narrowMB(data)), BtImageSequence::NO_CHECK));
+        return RCStrongPtr<PiImageSequence>(
+            new ImgFileSequence(BtSequencePath::create(BtImageSequence::getLocationExpander().substitute(
+                                    WideStringUtil::narrowMB(data))),
+                                BtImageSequence::NO_CHECK));
     }
     OPtr<BtSequencePath> collected = BtSequencePath::create();
     for (XmlElement const& child : elements) {
@@ -194,7 +196,8 @@ RCStrongPtr<PiImageSequence> readStreamSequence(XmlElement const& root) {
     std::list<XmlElement> const& elements = root.getChildren();
     QV_ASSERT_MSG(elements.size() == 1, "elements.getCardinality() == 1");
     return RCStrongPtr<PiImageSequence>(
-        new StreamFileSequence(OsFilePath(WideStringUtil::narrowMB(elements.front().getData()))));
+        new StreamFileSequence(OsFilePath(BtImageSequence::getLocationExpander().substitute(
+            WideStringUtil::narrowMB(elements.front().getData())))));
 }
 
 OPtrRet<PiImageSequence> createFileSequence(OPtrRet<BtSequencePath> path, int flags) {
@@ -244,6 +247,11 @@ void BtImageSequence::finalize() {
 LiStringSubstituter& BtImageSequence::getLocationSubstituter() {
     static LiStringSubstituter substituter;
     return substituter;
+}
+
+LiStringSubstituter& BtImageSequence::getLocationExpander() {
+    static LiStringSubstituter expander;
+    return expander;
 }
 
 } // namespace Qv

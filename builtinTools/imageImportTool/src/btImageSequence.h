@@ -56,6 +56,9 @@ public:
     // fragments store ("/projects/a/shots" by "<Project>/shots"). Empty until
     // the project store fills it; used on the application thread only.
     static LiStringSubstituter& getLocationSubstituter();
+    // The way back: symbolic names in a stored path replaced by the absolute
+    // locations they stand for now, as a fragment is read.
+    static LiStringSubstituter& getLocationExpander();
 };
 
 } // namespace Qv

@@ -13,6 +13,8 @@
 #include "inPlatformPackages.h"
 #include "lgGroups.h"
 #include "msgFileGuard.h"
+#include "omProject.h"
+#include "omUtil.h"
 
 namespace Qv {
 
@@ -35,6 +37,28 @@ InInit<QvInit::imageImportTool>::InInit() : InPackageInit("imageImportTool") {
     addDependency(InInit<QvInit::base>::getType());
 }
 
+namespace {
+
+// Footage under the user's project home is stored by the home's alias, so
+// that compositions survive the home's move; read back against the home of
+// the moment. Registered once per process, whatever the finalise steps.
+void registerProjectHomeAlias() {
+    static bool registered = false;
+    if (registered)
+        return;
+    registered = true;
+    std::string const alias = std::string(OmUtil::getProjectHomeAlias()) + "/";
+    std::string const home = OmProject::getCurrentProjectHomeFolderPath().toString();
+    if (!home.empty())
+        BtImageSequence::getLocationSubstituter().addPattern(home + "/",
+                                                             [alias](std::string& text) { text = alias; });
+    BtImageSequence::getLocationExpander().addPattern(alias, [](std::string& text) {
+        text = OmProject::getCurrentProjectHomeFolderPath().toString() + "/";
+    });
+}
+
+} // namespace
+
 template <>
 void InInit<QvInit::imageImportTool>::initialize() {
     QV_CREATE_MINOR_GROUP("BuiltinTools", ImageReader);
@@ -43,6 +67,7 @@ void InInit<QvInit::imageImportTool>::initialize() {
     BtImageSequence::initialize();
     BtImageReaderNode::UserSettingsObserver::start();
     ImageImportServices::subscribeMessages();
+    registerProjectHomeAlias();
     BtImageImportServices::initialize();
     BtImageReaderTool::registerTool();
     BtImageImportTool::registerTool();
