@@ -4,6 +4,9 @@
 // named "Forward Vectors" and "Backward Vectors" (chosen by its "Calculate
 // Motion" setting), the callbacks of those inputs' connections, and a
 // neighbouring frame brought back to the current one along the vectors.
+// Vectors read from files come from an "Image Reader" whose "Motion Vector
+// Status" says its files hold them: its "Output Image" gives them in pixels,
+// taken here like any other external vectors.
 #include "btMotioTypes.h"
 #include "cbDispatcher.h"
 #include "piToolTopologyInterface.h"
