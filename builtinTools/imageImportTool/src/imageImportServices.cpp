@@ -5,6 +5,7 @@
 #include "btImageImportTool.h"
 #include "btImageSequence.h"
 #include "btSequencePathParser.h"
+#include "cmUndoGuardNoLog.h"
 #include "exBase.h"
 #include "ffIOEx.h"
 #include "fmtFormatName.h"
@@ -23,7 +24,6 @@
 #include "piImageSequence.h"
 #include "piNode.h"
 #include "piNodeRate.h"
-#include "piUndoGuard.h"
 
 #include <filesystem>
 
@@ -149,7 +149,7 @@ OmLink ImageImportServices::importFootage(OmFolder const& folder,
         return {};
     }
     // Imports are not steps a user undoes.
-    PiUndoGuardNoLog const noLog;
+    CmUndoGuardNoLog const noLog;
     OmLink const link = folder.addEntry(name, OmFootageFactory::createComponent(name));
     try {
         RCShdPtr<OmComposition> const composition = rcCast<OmComposition>(link.getComponent());

@@ -1,0 +1,12 @@
+#include "piFileDndInterface.h"
+
+namespace Qv {
+
+PiOutcome PiFileDndInterface::getOutcome() const {
+    PiOutcome outcome;
+    for (std::string const& file : getFiles())
+        outcome.addFile(file);
+    return outcome;
+}
+
+} // namespace Qv
