@@ -13,9 +13,9 @@
 //                              that the budget is its own)
 // Ours runs in this process (the tool library initialised once); oiiotool
 // as a command, its start included (a few hundredths of a second).
+#include "benchReaderFrames.h"
 #include "benchTiming.h"
 #include "btSequenceReadJob.h"
-#include "inInitMgr.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -23,25 +23,19 @@
 #include <filesystem>
 #include <fmt/format.h>
 #include <fstream>
-#include <functional>
 #include <sstream>
 #include <string>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace Qv;
+using QvBench::inChild;
+using QvBench::runCommand;
+using QvBench::writeNoiseFrames;
 
 constexpr int REPETITIONS = 3;
-
-void run(std::string const& command) {
-    if (std::system(command.c_str()) != 0) {
-        std::fprintf(stderr, "reader bench: failed: %s\n", command.c_str());
-        std::exit(1);
-    }
-}
 
 long long statusKb(char const* field) {
     std::ifstream status("/proc/self/status");
@@ -69,48 +63,26 @@ void read(BtSequenceReadOptions const& o) {
     btReadSequence(o, sink);
 }
 
-// Runs `work` in a child process, so that every run starts with empty caches
-// and a budget of its own; the child's initialisation is timed with it, as
-// oiiotool's start is.
-void inChild(std::function<void()> const& work) {
-    std::fflush(stdout); // or the child prints the parent's pending lines again
-    pid_t const child = fork();
-    if (child == 0) {
-        InInitMgr::getInstance().initializeAll();
-        work();
-        std::fflush(stdout);
-        _exit(0);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        std::fprintf(stderr, "reader bench: a run failed\n");
-        std::exit(1);
-    }
-}
-
 } // namespace
 
 int main() {
     fs::path const dir = fs::temp_directory_path() / fmt::format("qvReaderBench_{}", getpid());
     fs::create_directories(dir);
     setenv("QV_DISK_CACHE", "off", 1);
-    for (int frame = 1; frame <= 24; ++frame)
-        run(fmt::format(
-            "oiiotool --pattern noise:type=gaussian:mean=0.5:stddev=0.2:seed={} 1920x1080 4 -d half "
-            "--compression zip -o {}/in.{:04}.exr",
-            frame, dir.string(), frame));
+    writeNoiseFrames(dir);
 
     std::vector<double> const sequence = QvBench::mediansInTurns(
         {[&] { inChild([&] { read(options(dir, "1-24", "ours.#.exr", 0)); }); },
-         [&] { run(fmt::format("oiiotool --frames 1-24 {0}/in.#.exr -o {0}/theirs.#.exr", dir.string())); }},
+         [&] {
+             runCommand(fmt::format("oiiotool --frames 1-24 {0}/in.#.exr -o {0}/theirs.#.exr", dir.string()));
+         }},
         REPETITIONS);
     std::printf("ratio reader.sequence.oiiotool %.3f\n", sequence[0] / sequence[1]);
     std::vector<double> const proxy = QvBench::mediansInTurns(
         {[&] { inChild([&] { read(options(dir, "1-24", "ours2.#.exr", 2)); }); },
          [&] {
-             run(fmt::format("oiiotool --frames 1-24 {0}/in.#.exr --resize 480x270 -o {0}/theirs2.#.exr",
-                             dir.string()));
+             runCommand(fmt::format(
+                 "oiiotool --frames 1-24 {0}/in.#.exr --resize 480x270 -o {0}/theirs2.#.exr", dir.string()));
          }},
         REPETITIONS);
     std::printf("ratio reader.proxy2.oiiotool %.3f\n", proxy[0] / proxy[1]);
