@@ -3,6 +3,9 @@
 #include "assertions.h"
 #include "btImageImportTool.h"
 #include "btImageReaderTool.h"
+#include "btSequencePathParser.h"
+#include "exBase.h"
+#include "piFileSequenceDnd.h"
 #include "piGraph.h"
 #include "piInput.h"
 #include "piNode.h"
@@ -10,6 +13,7 @@
 #include "piUndoGuard.h"
 
 #include <cmath>
+#include <filesystem>
 
 namespace Qv {
 
@@ -58,7 +62,9 @@ bool BtImageImportController::setSequencePath(std::string const& path) {
     PiGraph* const graph = node->getGraph();
     std::unique_ptr<PiUndoGuard> const guard =
         graph ? std::make_unique<PiUndoGuard>(graph->getCommandStack(), "Change Path") : nullptr;
-    if (!getReader().setSequencePath(path))
+    bool const taken = getReader().setSequencePath(path);
+    _errorString = getReader().getErrorString();
+    if (!taken)
         return false;
     showSequence();
     if (graph && BtImageReaderController::isDefaultName(node->getName(), node->getTool()->getShortName())) {
@@ -72,6 +78,41 @@ bool BtImageImportController::setSequencePath(std::string const& path) {
             graph->renameNode(node, graph->findNode(clean) ? graph->makeUniqueName(clean) : clean);
     }
     return true;
+}
+
+namespace {
+
+// The whole sequence of a dropped file. What is not a file on disk (a
+// sequence path, a file gone since) stays as it is: the reader resolves it or
+// says what is wrong.
+std::string toSequencePath(std::string const& file) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(file, error))
+        return file;
+    try {
+        return BtSequencePathParser::resolveFullSequencePath(file);
+    } catch (ExBase const&) {
+        return file;
+    }
+}
+
+} // namespace
+
+bool BtImageImportController::setFileDnd(PiFileDndInterface const& drop) {
+    return accept(PiFileSequenceDnd(drop, toSequencePath).getOutcome());
+}
+
+bool BtImageImportController::canAccept(PiOutcome const& outcome) const {
+    return outcome.getFileItems().size() == 1;
+}
+
+bool BtImageImportController::accept(PiOutcome const& outcome) {
+    if (!canAccept(outcome)) {
+        _errorString = "One image sequence can be dropped here, not " +
+                       std::to_string(outcome.getFileItems().size()) + ".";
+        return false;
+    }
+    return setSequencePath(outcome.getFileItems().front().getFile());
 }
 
 void BtImageImportController::setImageSequence(RCStrongPtr<PiImageSequence> const& imageSequence) {

@@ -3,12 +3,18 @@
 // the node is created, finds it again when the node is read from a file, and
 // forwards the footage's settings to it. Times of the footage interface are
 // seconds at the footage's rate; the reader's own are frames.
+//
+// Files dropped on the node, or delivered by a tool, replace its footage:
+// a dropped file stands for its whole sequence on disk, and the node takes
+// one sequence.
 #include "btImageReaderController.h"
+#include "piFileDndInterface.h"
 #include "piFootageInterface.h"
 #include "piGroupInterface.h"
 #include "piGroupTopologyInterface.h"
 #include "piNode.h"
 #include "piNodeController.h"
+#include "piOutcomeInterface.h"
 #include "piSchematicInterface.h"
 #include "piToolInterface.h"
 #include "piUserInterface.h"
@@ -21,6 +27,7 @@ class BtImageImportController : public PiGroupTopologyInterface,
                                 public PiSchematicInterface,
                                 public PiUserInterface,
                                 public PiFootageInterface,
+                                public PiOutcomeInterface,
                                 public virtual PiNodeController {
 public:
     void nodeCreated() override;
@@ -34,7 +41,17 @@ public:
     // still of its default name takes the sequence's. False with the
     // reader's error text on a refusal.
     bool setSequencePath(std::string const& path);
-    std::string const& getErrorString() const { return getReader().getErrorString(); }
+    // The text of the last refusal; empty after a success.
+    std::string const& getErrorString() const { return _errorString; }
+
+    // A drop: each file becomes its whole sequence ("p.0007.exr" gives
+    // "p.[0001:0250].exr"), then accept. Files of one sequence are one.
+    bool setFileDnd(PiFileDndInterface const& drop);
+    // One file item, whose file is a path for setSequencePath.
+    bool canAccept(PiOutcome const& outcome) const override;
+    // setSequencePath of the item's file: one undo step ("Change Path"), or
+    // false with the refusal's text and no step.
+    bool accept(PiOutcome const& outcome) override;
 
     void setImageSequence(RCStrongPtr<PiImageSequence> const& imageSequence);
     void setFileFormatOptions(std::string const& options) { getReader().setFileFormatOptions(options); }
@@ -77,6 +94,7 @@ private:
     void showSequence();
 
     RCShdPtr<PiNode> _imageReaderNode;
+    std::string _errorString;
 };
 
 } // namespace Qv

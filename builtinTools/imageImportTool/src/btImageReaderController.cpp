@@ -2,6 +2,7 @@
 
 #include "assertions.h"
 #include "btImageReaderTool.h"
+#include "inInitMgr.h"
 #include "piGraph.h"
 #include "piImageRepeatNode.h"
 #include "piImageSequence.h"
@@ -179,6 +180,61 @@ void BtImageReaderController::unpremultiplyBgColorGuessedCb(BtImageReaderNode::C
         return;
     auto const guard = makeGuard("Guess Unpremultiply Background Color");
     setUnpremultiplyBgColor(guess.second);
+}
+
+namespace {
+
+struct UiFactories {
+    std::string mainXmlFile;
+    BtImageReaderController::UiFactory main = nullptr;
+    BtImageReaderController::UiFactory options = nullptr;
+};
+
+// Set and cleared only while packages initialise or finalise, on the
+// application thread: no lock.
+UiFactories& uiFactories() {
+    static UiFactories factories;
+    return factories;
+}
+
+} // namespace
+
+void BtImageReaderController::registerMainUiFactory(std::string const& imageReaderXmlFile,
+                                                    UiFactory imageReaderUiFactory) {
+    QV_ASSERT(InInitMgr::getInstance().isInitializing());
+    QV_ASSERT_MSG(!imageReaderXmlFile.empty(), "!imageReaderXmlFile.isEmpty()");
+    QV_ASSERT(imageReaderUiFactory != 0);
+    uiFactories().mainXmlFile = imageReaderXmlFile;
+    uiFactories().main = imageReaderUiFactory;
+}
+
+void BtImageReaderController::registerOptionsUiFactory(UiFactory imageReaderOptionsUiFactory) {
+    QV_ASSERT(InInitMgr::getInstance().isInitializing());
+    QV_ASSERT(imageReaderOptionsUiFactory != 0);
+    uiFactories().options = imageReaderOptionsUiFactory;
+}
+
+void BtImageReaderController::unregisterMainUiFactory() {
+    QV_ASSERT(InInitMgr::getInstance().isFinalizing());
+    uiFactories().mainXmlFile.clear();
+    uiFactories().main = nullptr;
+}
+
+void BtImageReaderController::unregisterOptionsUiFactory() {
+    QV_ASSERT(InInitMgr::getInstance().isFinalizing());
+    uiFactories().options = nullptr;
+}
+
+BtImageReaderController::UiFactory BtImageReaderController::getMainUiFactory() {
+    return uiFactories().main;
+}
+
+std::string const& BtImageReaderController::getMainUiXmlFile() {
+    return uiFactories().mainXmlFile;
+}
+
+BtImageReaderController::UiFactory BtImageReaderController::getOptionsUiFactory() {
+    return uiFactories().options;
 }
 
 } // namespace Qv

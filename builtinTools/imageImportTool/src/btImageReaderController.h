@@ -125,6 +125,21 @@ public:
     // short name and a number), which the footage's name then replaces.
     static bool isDefaultName(std::string const& name, std::string const& toolShortName);
 
+    // Panels of the reader for a host with a user interface: the main one
+    // (with its description file) and the file format options. Such a host
+    // registers them while its packages initialise and unregisters them while
+    // they finalise; `qv` has no panels and registers none. A factory makes the
+    // panel of a node and returns it as the host's own object.
+    using UiFactory = void* (*)(PiNode& node);
+    static void registerMainUiFactory(std::string const& imageReaderXmlFile, UiFactory imageReaderUiFactory);
+    static void registerOptionsUiFactory(UiFactory imageReaderOptionsUiFactory);
+    static void unregisterMainUiFactory();
+    static void unregisterOptionsUiFactory();
+    // Null, and an empty file name, when none is registered.
+    static UiFactory getMainUiFactory();
+    static std::string const& getMainUiXmlFile();
+    static UiFactory getOptionsUiFactory();
+
 private:
     bool fail(std::string text);
     // `initialize`: read the footage's attributes again (a new source), or
