@@ -12,6 +12,7 @@
 #include "piImageFile.h"
 
 #include <OpenImageIO/imageio.h>
+#include <OpenImageIO/strutil.h>
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
@@ -102,11 +103,24 @@ std::vector<std::pair<std::string, std::string>> FfImageReader::getAttributes() 
 
 std::vector<int> FfImageReader::defaultAssignment(int comps) const {
     OIIO::ImageSpec const& spec = _input->spec();
-    int const alpha = spec.alpha_channel >= 0                        ? spec.alpha_channel
-                      : (spec.nchannels == 2 || spec.nchannels == 4) ? spec.nchannels - 1
-                                                                     : -1;
+    // Two channels named red and green (motion vectors, say) are two colours,
+    // not grey and alpha: blue reads 0.
+    auto named = [&](int c, char const* name) {
+        std::string const& text = spec.channelnames[static_cast<std::size_t>(c)];
+        std::size_t const dot = text.rfind('.');
+        return OIIO::Strutil::iequals(dot == std::string::npos ? text : text.substr(dot + 1), name);
+    };
+    bool const redGreen = spec.nchannels == 2 && spec.alpha_channel < 0 && spec.channelnames.size() == 2 &&
+                          named(0, "R") && named(1, "G");
+    int const alpha = spec.alpha_channel >= 0                                     ? spec.alpha_channel
+                      : !redGreen && (spec.nchannels == 2 || spec.nchannels == 4) ? spec.nchannels - 1
+                                                                                  : -1;
     int const colours = alpha >= 0 ? spec.nchannels - 1 : spec.nchannels;
-    auto colour = [&](int c) { return colours >= 3 ? c : 0; };
+    auto colour = [&](int c) {
+        if (redGreen)
+            return c < 2 ? c : PiImageFile::ZERO_CHANNEL;
+        return colours >= 3 ? c : 0;
+    };
     switch (comps) {
     case 1:
         return {alpha >= 0 ? alpha : 0};
@@ -175,8 +189,7 @@ void FfImageReader::read(int y1, int y2, int chBegin, int chEnd, ImPixelFormat d
             std::memcpy(data, above.data() + rowBytes * static_cast<std::size_t>(skip),
                         rowBytes * static_cast<std::size_t>(y2 - y1));
     } else {
-        read = _input->read_scanlines(0, 0, spec.y + y1, spec.y + y2, spec.z, chBegin, chEnd, type, data,
-                                      OIIO::AutoStride, static_cast<OIIO::stride_t>(rowBytes));
+        read = readScanlinesConverted(y1, y2, chBegin, chEnd, type, data, rowBytes);
     }
     if (read && !_input->has_error())
         return;
@@ -186,6 +199,25 @@ void FfImageReader::read(int y1, int y2, int chBegin, int chEnd, ImPixelFormat d
     if (FfReadFailure::ranOut(_watch.get(), text))
         throw FfIOEx::ExIncompleteFile(__FILE__, __LINE__, _path.toString(), detail);
     throw FfIOEx::ExCorruptFile(__FILE__, __LINE__, _path.toString(), detail);
+}
+
+bool FfImageReader::readScanlinesConverted(int y1, int y2, int chBegin, int chEnd, OIIO::TypeDesc type,
+                                           std::byte* data, std::size_t rowBytes) {
+    OIIO::ImageSpec const& spec = _input->spec();
+    // Channels of several formats are the library's to convert, one by one.
+    if (!spec.channelformats.empty() || type == spec.format)
+        return _input->read_scanlines(0, 0, spec.y + y1, spec.y + y2, spec.z, chBegin, chEnd, type, data,
+                                      OIIO::AutoStride, static_cast<OIIO::stride_t>(rowBytes));
+    int const nbChannels = chEnd - chBegin;
+    std::size_t const nativeRow =
+        spec.format.size() * static_cast<std::size_t>(nbChannels) * static_cast<std::size_t>(spec.width);
+    _nativeRows.resize(nativeRow * static_cast<std::size_t>(y2 - y1));
+    if (!_input->read_native_scanlines(0, 0, spec.y + y1, spec.y + y2, spec.z, chBegin, chEnd,
+                                       _nativeRows.data()))
+        return false;
+    return OIIO::convert_image(nbChannels, spec.width, y2 - y1, 1, _nativeRows.data(), spec.format,
+                               OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride, data, type,
+                               OIIO::AutoStride, static_cast<OIIO::stride_t>(rowBytes), OIIO::AutoStride);
 }
 
 void FfImageReader::shuffle(std::byte const* scratch, int chBegin, int chEnd, ImWriteGuard const& dst,

@@ -17,6 +17,7 @@
 #include "osFilePath.h"
 
 #include <OpenImageIO/oiioversion.h>
+#include <OpenImageIO/typedesc.h>
 #include <array>
 #include <memory>
 #include <string>
@@ -61,6 +62,10 @@ private:
     ImImage allocateStrip(ImLayout const& layout);
     void read(int y1, int y2, int chBegin, int chEnd, ImPixelFormat depth, std::byte* data,
               std::size_t rowBytes);
+    // Scanlines converted here from the file's own format: the library's
+    // converting read allocates a buffer of 64 MB whatever the rows asked.
+    bool readScanlinesConverted(int y1, int y2, int chBegin, int chEnd, OIIO::TypeDesc type, std::byte* data,
+                                std::size_t rowBytes);
     void shuffle(std::byte const* scratch, int chBegin, int chEnd, ImWriteGuard const& dst,
                  int xOffset) const;
 
@@ -76,6 +81,7 @@ private:
     ImMemory::Factory const* _factory;
     std::array<ImMemoryPtr, 2> _pool;
     std::vector<std::byte> _scratch;
+    std::vector<std::byte> _nativeRows;
 };
 
 } // namespace Qv

@@ -337,10 +337,9 @@ TEST_F(VectorsFromFiles, NormalizedFilesGiveTheVectorsWithinTheirStep) {
     }
 }
 
-// Two float channels named "R" and "G", as `qv motio` writes them: the
-// reader takes any two-channel file for grey and alpha, so the vectors come
-// back as (R, R). Enabled once it reads such files by their channels' names.
-TEST_F(VectorsFromFiles, DISABLED_TwoChannelFilesAsQvMotioWritesThemAreVectorsToo) {
+// Two float channels named "R" and "G", as `qv motio` writes them: red and
+// green, not grey and alpha, so the vectors come back whole.
+TEST_F(VectorsFromFiles, TwoChannelFilesAsQvMotioWritesThemAreVectorsToo) {
     auto const read = reader("R", writeComputed("rg", FORWARD, writeTwoChannelExr, "exr"), ABSOLUTE_VECTORS);
     for (int f = 0; f < NB_FRAMES - 1; ++f) {
         SCOPED_TRACE(testing::Message() << "frame " << f);
