@@ -1,12 +1,10 @@
 // qv read: frames of an image sequence through the image reader node of the
 // tool library, computed whole on the workers, optionally written to files.
 #include "btSequenceReadJob.h"
-#include "exBase.h"
 #include "qvCommands.h"
 #include "qvEntryPoint.h"
 
 #include <memory>
-#include <sstream>
 
 namespace Qv {
 
@@ -15,27 +13,7 @@ namespace {
 struct ReadArguments {
     BtSequenceReadOptions options;
     std::string frames;
-    std::string background;
 };
-
-std::vector<float> parseBackground(std::string const& text) {
-    std::vector<float> colour;
-    std::stringstream stream(text);
-    std::string item;
-    while (std::getline(stream, item, ',')) {
-        try {
-            std::size_t used = 0;
-            colour.push_back(std::stof(item, &used));
-            if (used != item.size())
-                colour.clear(), colour.resize(4);
-        } catch (std::exception const&) {
-            colour.resize(4);
-        }
-    }
-    if (colour.size() != 3)
-        throw ExBase(__FILE__, __LINE__, "background \"" + text + "\" is not three numbers R,G,B");
-    return colour;
-}
 
 } // namespace
 
@@ -56,7 +34,7 @@ void addReadCommand(CLI::App& app, QvAction& action) {
     command->add_option("--options", options.formatOptions, "The file format options, key=value pairs");
     CLI::Option* unpremultiply =
         command->add_flag("--unpremultiply", options.unpremultiply, "Unpremultiply over a background colour");
-    command->add_option("--bg", arguments->background, "The background colour R,G,B (default black)")
+    command->add_option("--bg", options.background, "The background colour R,G,B (default black)")
         ->needs(unpremultiply);
     command->add_flag("--guess-bg", options.guessBackground, "Guess the background colour from the pixels")
         ->needs(unpremultiply)
@@ -69,8 +47,6 @@ void addReadCommand(CLI::App& app, QvAction& action) {
     command->callback([&action, arguments] {
         action = [arguments](std::ostream& out) {
             BtSequenceReadOptions options = arguments->options;
-            if (!arguments->background.empty())
-                options.background = parseBackground(arguments->background);
             auto const parseFrames =
                 findEntryPoint<void (*)(std::string const&, std::vector<long long>&)>("btParseFrameList");
             parseFrames(arguments->frames, options.frames);

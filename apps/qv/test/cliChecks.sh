@@ -1,5 +1,10 @@
 # Sourced by the qv command-line tests: check counts what holds, and
 # finishCheck reports the counts and fails when anything did not hold.
+# Each test works in its own scratch folder, $dir, removed at exit, with its
+# own disk cache so that no run finds the tiles of another.
+dir=$(mktemp -d)
+trap 'rm -rf "$dir"' EXIT
+export QV_DISK_CACHE="$dir/cache"
 failures=0
 passes=0
 check() { # description, condition

@@ -16,7 +16,7 @@ check "packages lists base first with no dependency" "[[ \$(head -n 1 <<<\"\$pac
 check "packages keeps declaration order" "grep -qx 'renderedResultTool: imageImportTool, datamgt, pluginAPI, internalAPI, media, resmgt, base' <<<\"\$packages\""
 
 lonely=$(mktemp -d)
-trap 'rm -rf "$lonely"' EXIT
+trap 'rm -rf "$lonely" "$dir"' EXIT
 cp "$qv" "$lonely/qv"
 : >"$lonely/libQVbuiltinTools.so" # not a library at all
 errors=$(LD_LIBRARY_PATH="$(dirname "$qv")" QV_PLUGIN_PATH= "$lonely/qv" version 2>&1 >/dev/null)

@@ -5,8 +5,6 @@ set -u
 qv="$1"
 source "$(dirname "$0")/cliChecks.sh"
 
-dir=$(mktemp -d)
-trap 'rm -rf "$dir"' EXIT
 c="$dir/c.qvc"
 
 "$qv" new "$c" && "$qv" add "$c" "Value Source" V >/dev/null && "$qv" set "$c" V.Value 0.25

@@ -7,8 +7,6 @@ set -u
 qv="$1"
 source "$(dirname "$0")/cliChecks.sh"
 
-dir=$(mktemp -d)
-trap 'rm -rf "$dir"' EXIT
 c="$dir/c.qvc"
 
 value() { "$qv" eval "$c" "$1" --time "$2" | head -n 1; }

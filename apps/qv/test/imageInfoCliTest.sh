@@ -5,8 +5,6 @@ set -u
 qv="$1"
 source "$(dirname "$0")/cliChecks.sh"
 
-dir=$(mktemp -d)
-trap 'rm -rf "$dir"' EXIT
 # A 4 by 3 binary PPM, written byte by byte: a real file with no tool to make it.
 { printf 'P6\n4 3\n255\n'; for i in $(seq 12); do printf '\x10\x80\xf0'; done; } >"$dir/small.ppm"
 echo "not an image" >"$dir/fake.png"

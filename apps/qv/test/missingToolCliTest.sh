@@ -6,8 +6,6 @@ set -u
 qv="$1"
 source "$(dirname "$0")/cliChecks.sh"
 
-dir=$(mktemp -d)
-trap 'rm -rf "$dir"' EXIT
 c="$dir/c.qvc"
 
 value_source='  <node name="V" tool="Ostrand/Value Source" schema="1">

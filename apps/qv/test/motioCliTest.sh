@@ -6,8 +6,6 @@ set -u
 qv="$1"
 source "$(dirname "$0")/cliChecks.sh"
 
-dir=$(mktemp -d)
-trap 'rm -rf "$dir"' EXIT
 cd "$dir" || exit 1
 
 # A grey texture of three slow sinusoids (periods of 30 to 90 pixels), as

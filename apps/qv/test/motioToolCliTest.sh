@@ -6,8 +6,6 @@ set -u
 qv="$1"
 source "$(dirname "$0")/cliChecks.sh"
 
-dir=$(mktemp -d)
-trap 'rm -rf "$dir"' EXIT
 c="$dir/c.qvc"
 frame1=0.041666666666666664 # frame 1 at 24 fps
 

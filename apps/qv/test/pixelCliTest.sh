@@ -6,8 +6,6 @@ set -u
 qv="$1"
 source "$(dirname "$0")/cliChecks.sh"
 
-dir=$(mktemp -d)
-trap 'rm -rf "$dir"' EXIT
 c="$dir/c.qvc"
 
 # near: the pixel printed is within 1e-5 of the four numbers expected.

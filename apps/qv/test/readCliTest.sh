@@ -6,9 +6,6 @@ set -u
 qv="$1"
 source "$(dirname "$0")/cliChecks.sh"
 
-dir=$(mktemp -d)
-trap 'rm -rf "$dir"' EXIT
-export QV_DISK_CACHE="$dir/cache"
 
 for f in 1 2 3; do
     oiiotool --pattern noise:type=uniform:seed=$f 300x200 4 -d half -o "$dir/in.000$f.exr"

@@ -7,9 +7,6 @@ set -u
 qv="$1"
 source "$(dirname "$0")/cliChecks.sh"
 
-dir=$(mktemp -d)
-trap 'rm -rf "$dir"' EXIT
-export QV_DISK_CACHE="$dir/cache"
 cd "$dir"
 
 mkdir shots

@@ -5,8 +5,6 @@ set -u
 qv="$1"
 source "$(dirname "$0")/cliChecks.sh"
 
-dir=$(mktemp -d)
-trap 'rm -rf "$dir"' EXIT
 for n in 0001 0002 0003 0005; do : >"$dir/p.$n.exr"; done
 : >"$dir/p.notes.exr"
 

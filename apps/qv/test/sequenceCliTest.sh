@@ -6,8 +6,6 @@ set -u
 qv="$1"
 source "$(dirname "$0")/cliChecks.sh"
 
-dir=$(mktemp -d)
-trap 'rm -rf "$dir"' EXIT
 # Binary PPM images written byte by byte; the width tells which file is which.
 ppm() { # file, width
     { printf 'P6\n%d 2\n255\n' "$2"; for i in $(seq $(($2 * 2))); do printf '\x10\x80\xf0'; done; } >"$1"

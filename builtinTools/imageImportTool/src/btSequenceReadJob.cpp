@@ -165,8 +165,8 @@ extern "C" int btReadSequence(Qv::BtSequenceReadOptions const& options, std::ost
     node->setUnpremultiply(options.unpremultiply);
     if (options.guessBackground)
         node->setUnpremultiplyColor(BtImageImportServices::getUnspecifiedBgColor());
-    else if (options.background.size() == 3)
-        node->setUnpremultiplyColor({options.background[0], options.background[1], options.background[2]});
+    else if (!options.background.empty())
+        node->setUnpremultiplyColor(BtReaderSettingsText::parseColor(options.background));
     GuessHandler guesses(out);
     node->getColorDispatcher().addCallback(&guesses);
 

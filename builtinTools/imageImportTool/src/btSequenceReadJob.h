@@ -18,8 +18,8 @@ struct BtSequenceReadOptions {
     std::string depth;
     std::string formatOptions;
     bool unpremultiply = false;
-    // Three components, or empty for black.
-    std::vector<float> background;
+    // "R,G,B", or empty for black.
+    std::string background;
     bool guessBackground = false;
     // "absolute" or "normalized:MAX"; empty: no vectors.
     std::string vectors;
