@@ -205,7 +205,9 @@ bool FfImageReader::readScanlinesConverted(int y1, int y2, int chBegin, int chEn
                                            std::byte* data, std::size_t rowBytes) {
     OIIO::ImageSpec const& spec = _input->spec();
     // Channels of several formats are the library's to convert, one by one.
-    if (!spec.channelformats.empty() || type == spec.format)
+    // Even a read in the file's own format goes native: into rows of another
+    // stride the library would convert through its 64 MB buffer as well.
+    if (!spec.channelformats.empty())
         return _input->read_scanlines(0, 0, spec.y + y1, spec.y + y2, spec.z, chBegin, chEnd, type, data,
                                       OIIO::AutoStride, static_cast<OIIO::stride_t>(rowBytes));
     int const nbChannels = chEnd - chBegin;

@@ -62,8 +62,8 @@ private:
     ImImage allocateStrip(ImLayout const& layout);
     void read(int y1, int y2, int chBegin, int chEnd, ImPixelFormat depth, std::byte* data,
               std::size_t rowBytes);
-    // Scanlines converted here from the file's own format: the library's
-    // converting read allocates a buffer of 64 MB whatever the rows asked.
+    // Scanlines read in the file's own format and converted here: the
+    // library's converting read allocates 64 MB whatever the rows asked.
     bool readScanlinesConverted(int y1, int y2, int chBegin, int chEnd, OIIO::TypeDesc type, std::byte* data,
                                 std::size_t rowBytes);
     void shuffle(std::byte const* scratch, int chBegin, int chEnd, ImWriteGuard const& dst,
