@@ -213,7 +213,10 @@ bool FfImageReader::readScanlinesConverted(int y1, int y2, int chBegin, int chEn
     int const nbChannels = chEnd - chBegin;
     std::size_t const nativeRow =
         spec.format.size() * static_cast<std::size_t>(nbChannels) * static_cast<std::size_t>(spec.width);
-    _nativeRows.resize(nativeRow * static_cast<std::size_t>(y2 - y1));
+    // A margin of a row: readers that unpack whole words (10-bit DPX) write a
+    // few bytes past the last row asked.
+    std::size_t const margin = std::max<std::size_t>(spec.scanline_bytes(true), 64);
+    _nativeRows.resize(nativeRow * static_cast<std::size_t>(y2 - y1) + margin);
     if (!_input->read_native_scanlines(0, 0, spec.y + y1, spec.y + y2, spec.z, chBegin, chEnd,
                                        _nativeRows.data()))
         return false;
