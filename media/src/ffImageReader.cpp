@@ -189,7 +189,8 @@ void FfImageReader::read(int y1, int y2, int chBegin, int chEnd, ImPixelFormat d
             std::memcpy(data, above.data() + rowBytes * static_cast<std::size_t>(skip),
                         rowBytes * static_cast<std::size_t>(y2 - y1));
     } else {
-        read = readScanlinesConverted(y1, y2, chBegin, chEnd, type, data, rowBytes);
+        read = _input->read_scanlines(0, 0, spec.y + y1, spec.y + y2, spec.z, chBegin, chEnd, type, data,
+                                      OIIO::AutoStride, static_cast<OIIO::stride_t>(rowBytes));
     }
     if (read && !_input->has_error())
         return;
@@ -199,30 +200,6 @@ void FfImageReader::read(int y1, int y2, int chBegin, int chEnd, ImPixelFormat d
     if (FfReadFailure::ranOut(_watch.get(), text))
         throw FfIOEx::ExIncompleteFile(__FILE__, __LINE__, _path.toString(), detail);
     throw FfIOEx::ExCorruptFile(__FILE__, __LINE__, _path.toString(), detail);
-}
-
-bool FfImageReader::readScanlinesConverted(int y1, int y2, int chBegin, int chEnd, OIIO::TypeDesc type,
-                                           std::byte* data, std::size_t rowBytes) {
-    OIIO::ImageSpec const& spec = _input->spec();
-    // Channels of several formats are the library's to convert, one by one.
-    // Even a read in the file's own format goes native: into rows of another
-    // stride the library would convert through its 64 MB buffer as well.
-    if (!spec.channelformats.empty())
-        return _input->read_scanlines(0, 0, spec.y + y1, spec.y + y2, spec.z, chBegin, chEnd, type, data,
-                                      OIIO::AutoStride, static_cast<OIIO::stride_t>(rowBytes));
-    int const nbChannels = chEnd - chBegin;
-    std::size_t const nativeRow =
-        spec.format.size() * static_cast<std::size_t>(nbChannels) * static_cast<std::size_t>(spec.width);
-    // A margin of a row: readers that unpack whole words (10-bit DPX) write a
-    // few bytes past the last row asked.
-    std::size_t const margin = std::max<std::size_t>(spec.scanline_bytes(true), 64);
-    _nativeRows.resize(nativeRow * static_cast<std::size_t>(y2 - y1) + margin);
-    if (!_input->read_native_scanlines(0, 0, spec.y + y1, spec.y + y2, spec.z, chBegin, chEnd,
-                                       _nativeRows.data()))
-        return false;
-    return OIIO::convert_image(nbChannels, spec.width, y2 - y1, 1, _nativeRows.data(), spec.format,
-                               OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride, data, type,
-                               OIIO::AutoStride, static_cast<OIIO::stride_t>(rowBytes), OIIO::AutoStride);
 }
 
 void FfImageReader::shuffle(std::byte const* scratch, int chBegin, int chEnd, ImWriteGuard const& dst,

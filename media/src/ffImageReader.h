@@ -17,7 +17,6 @@
 #include "osFilePath.h"
 
 #include <OpenImageIO/oiioversion.h>
-#include <OpenImageIO/typedesc.h>
 #include <array>
 #include <memory>
 #include <string>
@@ -62,10 +61,6 @@ private:
     ImImage allocateStrip(ImLayout const& layout);
     void read(int y1, int y2, int chBegin, int chEnd, ImPixelFormat depth, std::byte* data,
               std::size_t rowBytes);
-    // Scanlines read in the file's own format and converted here: the
-    // library's converting read allocates 64 MB whatever the rows asked.
-    bool readScanlinesConverted(int y1, int y2, int chBegin, int chEnd, OIIO::TypeDesc type, std::byte* data,
-                                std::size_t rowBytes);
     void shuffle(std::byte const* scratch, int chBegin, int chEnd, ImWriteGuard const& dst,
                  int xOffset) const;
 
@@ -81,7 +76,6 @@ private:
     ImMemory::Factory const* _factory;
     std::array<ImMemoryPtr, 2> _pool;
     std::vector<std::byte> _scratch;
-    std::vector<std::byte> _nativeRows;
 };
 
 } // namespace Qv
