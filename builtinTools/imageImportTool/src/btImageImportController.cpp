@@ -67,16 +67,7 @@ bool BtImageImportController::setSequencePath(std::string const& path) {
     if (!taken)
         return false;
     showSequence();
-    if (graph && BtImageReaderController::isDefaultName(node->getName(), node->getTool()->getShortName())) {
-        std::string const name = _imageReaderNode->getName() == BtImageImportTool::READER_NODE_NAME
-                                     ? getReader().getImageSequence()->getSequenceName()
-                                     : _imageReaderNode->getName();
-        std::string clean;
-        for (char c : name)
-            clean += c == '.' ? '_' : c;
-        if (!clean.empty() && clean != node->getName())
-            graph->renameNode(node, graph->findNode(clean) ? graph->makeUniqueName(clean) : clean);
-    }
+    BtImageReaderController::takeSequenceName(node, getReader().getImageSequence()->getSequenceName());
     return true;
 }
 

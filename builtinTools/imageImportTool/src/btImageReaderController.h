@@ -124,6 +124,8 @@ public:
     // Whether a node's name is the one it was given by default (the tool's
     // short name and a number), which the footage's name then replaces.
     static bool isDefaultName(std::string const& name, std::string const& toolShortName);
+    // Renames a node still of its default name after its footage.
+    static void takeSequenceName(RCShdPtr<PiNode> const& node, std::string const& sequenceName);
 
     // Panels of the reader for a host with a user interface: the main one
     // (with its description file) and the file format options. Such a host

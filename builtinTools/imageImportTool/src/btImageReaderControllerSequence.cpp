@@ -22,19 +22,20 @@
 
 namespace Qv {
 
-namespace {
-
-// A node name from a sequence's: no separator, no blank ends.
-std::string nodeNameFor(std::string const& sequenceName) {
+void BtImageReaderController::takeSequenceName(RCShdPtr<PiNode> const& node,
+                                               std::string const& sequenceName) {
+    PiGraph* const graph = node->getGraph();
+    if (!graph || !isDefaultName(node->getName(), node->getTool()->getShortName()))
+        return;
+    // No separator, no blank end.
     std::string name;
     for (char c : sequenceName)
         name += c == '.' ? '_' : c;
     while (!name.empty() && std::isspace(static_cast<unsigned char>(name.back())))
         name.pop_back();
-    return name;
+    if (!name.empty() && name != node->getName())
+        graph->renameNode(node, graph->findNode(name) ? graph->makeUniqueName(name) : name);
 }
-
-} // namespace
 
 bool BtImageReaderController::fail(std::string text) {
     _errorString = std::move(text);
@@ -74,12 +75,7 @@ bool BtImageReaderController::setSequencePath(std::string const& path) {
     {
         auto const guard = makeGuard("Set Sequence Path");
         setImageSequenceProc(sequence);
-        PiGraph* const graph = node->getGraph();
-        if (graph && isDefaultName(node->getName(), node->getTool()->getShortName())) {
-            std::string const name = nodeNameFor(sequence->getSequenceName());
-            if (!name.empty() && name != node->getName())
-                graph->renameNode(node, graph->findNode(name) ? graph->makeUniqueName(name) : name);
-        }
+        takeSequenceName(node, sequence->getSequenceName());
     }
     _errorString.clear();
     return true;
